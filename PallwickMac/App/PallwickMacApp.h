@@ -1,0 +1,56 @@
+#pragma once
+
+#include <PallwickMac/App/AppDelegate.h>
+#include <PallwickMac/App/AppModel.h>
+#include <PallwickMac/App/LostDesktop.h>
+
+#include <QCoreApplication>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class QMainWindow;
+
+namespace pallwick {
+
+class DesktopPlatform;
+
+/// The program: owns the platform, the one model and the main window, and knows them all. Needs the toolkit's
+/// application object.
+class PallwickMacApp final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Names, style and habits of the toolkit. Call it once, before the toolkit's application object is made.
+    static void prepareToolkit();
+
+    /// `makePresetStore` says where presets are kept; `leave` ends the program with a status after the desktop was
+    /// lost.
+    PallwickMacApp(std::unique_ptr<DesktopPlatform> platform, const AppModel::PresetStoreFactory& makePresetStore,
+                   std::function<void(int status)> leave = QCoreApplication::exit);
+    ~PallwickMacApp() override;
+
+    [[nodiscard]] AppModel& model() { return *model_; }
+    [[nodiscard]] QMainWindow& mainWindow() { return *mainWindow_; }
+
+    /// Shows the main window and runs until the program ends. The exit code: 0 after the main window was closed, 1
+    /// after the desktop was lost.
+    [[nodiscard]] int run();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void desktopLost(const QString& reason);
+
+    AppDelegate appDelegate_;
+    // Surfaces go before the platform that made them, and views before the model they show.
+    std::unique_ptr<DesktopPlatform> platform_;
+    std::unique_ptr<AppModel> model_;
+    std::unique_ptr<QMainWindow> mainWindow_;
+    std::function<void(int status)> leave_;
+    bool isDesktopLost_ = false;
+};
+
+}  // namespace pallwick

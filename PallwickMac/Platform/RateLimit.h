@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+
+namespace pallwick {
+
+/// Lets a burst of actions through at once, and after that one in every interval: the generic cell rate algorithm
+/// (ITU-T I.371, annex A). Whoever pauses earns the burst back. It reads no clock of its own.
+class RateLimit {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// `burst` is 1 or more.
+    RateLimit(Clock::duration interval, int burst) : interval_(interval), tolerance_(interval * (burst - 1)) {}
+
+    /// How long after `now` the next action may be done; zero for at once. `now` never goes back.
+    [[nodiscard]] Clock::duration wait(Clock::time_point now) const;
+
+    /// An action is done at `now`, after `wait(now)` was zero.
+    void spend(Clock::time_point now);
+
+private:
+    Clock::duration interval_;
+    Clock::duration tolerance_;
+    /// When an action would be due that came at the interval's pace.
+    Clock::time_point due_;
+};
+
+}  // namespace pallwick

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <PallwickMac/Platform/X11/Connection.h>
+#include <PallwickMac/Platform/X11/PixelMapping.h>
+#include <PallwickMac/Platform/X11/WindowLayers.h>
+
+#include <optional>
+#include <vector>
+
+namespace pallwick::x11 {
+
+/// Draws, on the server, what a person would see beneath a panel: every window below it in stacking order, our own
+/// lower panels included, over the desktop's ground.
+class BackdropCapture {
+public:
+    /// Which windows lie beneath, where, and in which of their states. While two are equal and no window of it is
+    /// damaged, a capture would come out the same.
+    struct Contents {
+        struct Window {
+            xcb_window_t window = XCB_WINDOW_NONE;
+            PixelRect area;
+            std::uint64_t revision = 0;
+            bool own = false;
+
+            friend bool operator==(const Window&, const Window&) = default;
+        };
+
+        xcb_pixmap_t ground = XCB_NONE;
+        /// Bottom to top, only those that reach into the area.
+        std::vector<Window> windows;
+
+        friend bool operator==(const Contents&, const Contents&) = default;
+    };
+
+    /// Neither is owned; both must outlive the object.
+    BackdropCapture(const Connection& connection, WindowLayers& layers);
+
+    /// What is beneath `panel` in `area` (root pixels); none if the panel is not on the screen. With `topmost` it is
+    /// that window and all below it instead, for a panel on its way to the place above it.
+    [[nodiscard]] std::optional<Contents> contents(xcb_window_t panel, const PixelRect& area,
+                                                   std::optional<xcb_window_t> topmost = std::nullopt);
+
+    /// Draws `contents` into `target`, whose top-left corner is that of `area`.
+    void draw(const Contents& contents, const PixelRect& area, xcb_render_picture_t target);
+
+private:
+    void drawGround(xcb_pixmap_t ground, const PixelRect& area, xcb_render_picture_t target);
+    void drawLayer(WindowLayer& layer, const PixelRect& area, xcb_render_picture_t target);
+
+    const Connection& connection_;
+    WindowLayers& layers_;
+};
+
+}  // namespace pallwick::x11

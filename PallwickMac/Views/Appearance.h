@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+namespace pallwick {
+
+// Colours and fonts of the views, each derived from the desktop's palette and font, so that the views follow both.
+
+/// Opaque mixture of two colours; `share` is that of `over`, 0 to 1.
+[[nodiscard]] QColor blended(const QColor& under, const QColor& over, double share);
+
+/// Contrast ratio of two opaque colours, 1 to 21, as WCAG 2.1 defines it.
+[[nodiscard]] double contrastRatio(const QColor& first, const QColor& second);
+
+/// Light text on a dark window.
+[[nodiscard]] bool isDark(const QPalette& palette);
+
+[[nodiscard]] QColor sidebarBackground(const QPalette& palette);
+[[nodiscard]] QColor separatorColor(const QPalette& palette);
+
+/// Outline of a control that can be pressed.
+[[nodiscard]] QColor controlOutline(const QPalette& palette);
+
+enum class TextColor {
+    primary,
+    /// Dimmed, yet with a contrast of at least 4.5 on the window and on the sidebar where the palette's own text has
+    /// it.
+    secondary,
+    blue,
+    /// For what destroys something.
+    destructive,
+};
+
+[[nodiscard]] QColor textColor(TextColor color, const QPalette& palette);
+
+enum class TextStyle { body, caption, callout, headline, title3 };
+
+[[nodiscard]] QFont textFont(TextStyle style, const QFont& body);
+
+}  // namespace pallwick

@@ -1,0 +1,121 @@
+#include <PallwickMac/Views/SymbolIcon.h>
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPointer>
+#include <QSvgRenderer>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+// A linker drops the resources of a static library unless something asks for them, from the global namespace.
+static void loadSymbols() {
+    Q_INIT_RESOURCE(symbols);
+}
+
+namespace pallwick {
+
+namespace {
+
+QString fileName(Symbol symbol) {
+    switch (symbol) {
+        case Symbol::arrowClockwise:
+            return QStringLiteral("arrow.clockwise");
+        case Symbol::eyeSlash:
+            return QStringLiteral("eye.slash");
+        case Symbol::link:
+            return QStringLiteral("link");
+        case Symbol::linkSlash:
+            return QStringLiteral("link.slash");
+        case Symbol::lock:
+            return QStringLiteral("lock");
+        case Symbol::minus:
+            return QStringLiteral("minus");
+        case Symbol::plus:
+            return QStringLiteral("plus");
+        case Symbol::plusRectangleOnRectangle:
+            return QStringLiteral("plus.rectangle.on.rectangle");
+        case Symbol::rectangleDashed:
+            return QStringLiteral("rectangle.dashed");
+        case Symbol::sliderHorizontal3:
+            return QStringLiteral("slider.horizontal.3");
+        case Symbol::trash:
+            return QStringLiteral("trash");
+        case Symbol::trayFull:
+            return QStringLiteral("tray.full");
+    }
+    return {};
+}
+
+QByteArray drawing(const QString& name) {
+    loadSymbols();
+    QFile file(QStringLiteral(":/pallwick/symbols/%1.svg").arg(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QRectF centredSquare(const QRect& rect) {
+    const int side = std::min(rect.width(), rect.height());
+    return QRectF(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2, side, side);
+}
+
+/// Keeps the drawing, not its pixels, so that no palette and no pixel ratio can go stale.
+class SymbolIconEngine final : public QIconEngine {
+public:
+    SymbolIconEngine(QByteArray drawing, const QWidget* host, std::optional<TextColor> color)
+        : drawing_(std::move(drawing)), host_(host), color_(color) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        QByteArray coloured = drawing_;
+        coloured.replace("currentColor", colorFor(mode).name().toLatin1());
+        QSvgRenderer renderer(coloured);
+        painter->setRenderHint(QPainter::Antialiasing);
+        renderer.render(painter, centredSquare(rect));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
+    }
+
+    [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(drawing_, host_, color_); }
+
+private:
+    [[nodiscard]] QColor colorFor(QIcon::Mode mode) const {
+        const QPalette palette = host_ ? host_->palette() : QGuiApplication::palette();
+        const QPalette::ColorRole role = host_ ? host_->foregroundRole() : QPalette::WindowText;
+        switch (mode) {
+            case QIcon::Disabled:
+                return palette.color(QPalette::Disabled, role);
+            case QIcon::Selected:
+                return palette.color(QPalette::Active, QPalette::HighlightedText);
+            case QIcon::Normal:
+            case QIcon::Active:
+                break;
+        }
+        return color_ ? textColor(*color_, palette) : palette.color(QPalette::Active, role);
+    }
+
+    QByteArray drawing_;
+    QPointer<const QWidget> host_;
+    std::optional<TextColor> color_;
+};
+
+}  // namespace
+
+SymbolIcon::SymbolIcon(Symbol symbol, const QWidget* host)
+    : QIcon(new SymbolIconEngine(drawing(fileName(symbol)), host, std::nullopt)) {}
+
+SymbolIcon::SymbolIcon(Symbol symbol, const QWidget* host, TextColor color)
+    : QIcon(new SymbolIconEngine(drawing(fileName(symbol)), host, color)) {}
+
+QIcon programIcon() {
+    return QIcon(new SymbolIconEngine(drawing(QStringLiteral("pallwick")), nullptr, std::nullopt));
+}
+
+}  // namespace pallwick

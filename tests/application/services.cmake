@@ -1,0 +1,14 @@
+pallwick_add_tests(pallwick-services-tests
+    LABEL application
+    SOURCES
+        AppOverlayPanelTest.cpp
+        FakePlatformTest.cpp
+        ForegroundApplicationServiceTest.cpp
+        NullPlatformTest.cpp
+        OverlayColorTest.cpp
+        OverlayContentViewDrawingTest.cpp
+        OverlayContentViewGestureTest.cpp
+        OverlayContentViewSurfaceTest.cpp
+        SoftShadowTest.cpp
+        WindowTrackingServiceTest.cpp
+    LIBRARIES pallwick-application-test-main pallwick-platform-fake pallwick-services)

@@ -1,0 +1,18 @@
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+
+pallwick_add_tests(pallwick-views-tests
+    LABEL application
+    SOURCES
+        AppModelPanelTest.cpp
+        AppModelPresetTest.cpp
+        AppModelTest.cpp
+        AppModelWindowTest.cpp
+        ContentViewTest.cpp
+        OverlayListViewTest.cpp
+        PallwickMacAppTest.cpp
+        StyleInspectorViewTest.cpp
+        SymbolIconTest.cpp
+        WindowAttachmentSectionTest.cpp
+        ViewTestSupport.cpp
+        ../support/TemporaryDirectory.cpp
+    LIBRARIES pallwick-application-test-main pallwick-platform-fake pallwick-application Qt6::Test)
