@@ -45,7 +45,6 @@ AppModel::AppModel(DesktopPlatform& platform, const PresetStoreFactory& makePres
         presetStore_ = makePresetStore();
     } catch (const std::exception&) {
         // Covering the screen does not need presets; their commands tell that there are none.
-        presetStore_ = nullptr;
     }
     refreshFromStore(PanelSync::no);
     refreshWindows();

@@ -21,7 +21,7 @@ constexpr std::string_view whitespaceSequences[] = {
     "\xE3\x80\x80"};
 
 std::string_view trimmed(std::string_view text) {
-    const auto dropOne = [&text](auto matches, auto drop) {
+    const auto dropOne = [](auto matches, auto drop) {
         return std::ranges::any_of(whitespaceSequences, [&](std::string_view sequence) {
             if (!matches(sequence)) {
                 return false;

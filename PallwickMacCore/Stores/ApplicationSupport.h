@@ -19,9 +19,9 @@ struct UserDirectories {
     [[nodiscard]] static UserDirectories current();
 };
 
-/// The directory in which programs keep the data of their user (XDG Base Directory Specification), which need not
-/// exist. An empty or relative path counts as none, as that specification demands for XDG_DATA_HOME. Throws
-/// `FileError` where no home directory is known.
+/// The directory in which programs keep the data of their user (freedesktop.org's base directory rules), which need not
+/// exist. An empty or relative path counts as none, as those rules demand for XDG_DATA_HOME. Throws `FileError` where no
+/// home directory is known.
 [[nodiscard]] std::filesystem::path applicationSupportDirectory(const UserDirectories& directories);
 
 }  // namespace pallwick

@@ -64,17 +64,17 @@ public:
         return client;
     }
 
-    /// Paints all of a window in one request, which the server tells of as one damage.
-    void fill(xcb_window_t window, const PixelRect& rect, int level) {
+    /// Paints all of a window or pixmap in one request, which the server tells of as one damage.
+    void fill(xcb_drawable_t drawable, const PixelRect& rect, int level) {
         support::XConnection& x = stage_.desktop().x();
         const std::uint32_t colour = pixel(level);
         const xcb_gcontext_t pen = xcb_generate_id(x.get());
-        xcb_create_gc(x.get(), pen, window, XCB_GC_FOREGROUND, &colour);
+        xcb_create_gc(x.get(), pen, drawable, XCB_GC_FOREGROUND, &colour);
         const xcb_rectangle_t whole{.x = 0,
                                     .y = 0,
                                     .width = static_cast<std::uint16_t>(rect.width),
                                     .height = static_cast<std::uint16_t>(rect.height)};
-        xcb_poly_fill_rectangle(x.get(), window, pen, 1, &whole);
+        xcb_poly_fill_rectangle(x.get(), drawable, pen, 1, &whole);
         xcb_free_gc(x.get(), pen);
         x.roundTrip();
     }
@@ -86,14 +86,7 @@ public:
         const xcb_pixmap_t picture = xcb_generate_id(x.get());
         xcb_create_pixmap(x.get(), 24, picture, x.root(), static_cast<std::uint16_t>(root.width),
                           static_cast<std::uint16_t>(root.height));
-        const std::uint32_t colour = pixel(level);
-        const xcb_gcontext_t pen = xcb_generate_id(x.get());
-        xcb_create_gc(x.get(), pen, picture, XCB_GC_FOREGROUND, &colour);
-        const xcb_rectangle_t whole{.x = 0,
-                                    .y = 0,
-                                    .width = static_cast<std::uint16_t>(root.width),
-                                    .height = static_cast<std::uint16_t>(root.height)};
-        xcb_poly_fill_rectangle(x.get(), picture, pen, 1, &whole);
+        fill(picture, root, level);
         xcb_change_window_attributes(x.get(), x.root(), XCB_CW_BACK_PIXMAP, &picture);
         xcb_clear_area(x.get(), 0, x.root(), 0, 0, 0, 0);
         xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, x.root(), x.atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP, 32, 1,

@@ -15,12 +15,6 @@ struct WindowRequests {
     xcb_query_tree_cookie_t tree;
 };
 
-bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other) {
-    // The server gives each connection a range of its own for the ids that it makes (X protocol, section 8).
-    const std::uint32_t range = ~xcb_get_setup(connection.xcb())->resource_id_mask;
-    return (one & range) == (other & range);
-}
-
 }  // namespace
 
 std::vector<xcb_window_t> rootChildren(const Connection& connection) {
@@ -70,8 +64,8 @@ std::optional<xcb_window_t> topmostClientFrame(const Connection& connection, con
     const std::vector<std::uint32_t> manager = windowManager.get();
     // A window manager may map a frame before it says that the window in there is a client's.
     const auto isFrame = [&](xcb_window_t outer, xcb_window_t inner) {
-        return !manager.empty() && areOfOneProgram(connection, outer, manager.front()) &&
-               !areOfOneProgram(connection, outer, inner);
+        return !manager.empty() && connection.clientOf(outer) == connection.clientOf(manager.front()) &&
+               connection.clientOf(outer) != connection.clientOf(inner);
     };
 
     std::optional<std::size_t> topmost;

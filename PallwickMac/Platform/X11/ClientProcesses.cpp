@@ -27,7 +27,7 @@ ClientProcessesRequest::ClientProcessesRequest(const Connection& connection, std
     std::vector<std::uint32_t> clients;
     clients.reserve(windows.size());
     for (const xcb_window_t window : windows) {
-        clients.push_back(clientOf(window));
+        clients.push_back(connection.clientOf(window));
     }
     std::ranges::sort(clients);
     clients.erase(std::unique(clients.begin(), clients.end()), clients.end());
@@ -60,19 +60,14 @@ void ClientProcessesRequest::get() {
             continue;
         }
         if (const auto processID = processIDFrom(xcb_res_client_id_value_value(it.data)[0])) {
-            processes_.emplace(clientOf(it.data->spec.client), *processID);
+            processes_.emplace(connection_.clientOf(it.data->spec.client), *processID);
         }
     }
 }
 
 std::optional<std::int32_t> ClientProcessesRequest::processOf(xcb_window_t window) const {
-    const auto process = processes_.find(clientOf(window));
+    const auto process = processes_.find(connection_.clientOf(window));
     return process == processes_.end() ? std::nullopt : std::optional(process->second);
-}
-
-std::uint32_t ClientProcessesRequest::clientOf(xcb_window_t window) const {
-    // The server numbers what a client makes within a range of the client's own (X protocol, section 8).
-    return window & ~xcb_get_setup(connection_.xcb())->resource_id_mask;
 }
 
 }  // namespace pallwick::x11

@@ -36,7 +36,6 @@ public:
     [[nodiscard]] std::optional<std::int32_t> processOf(xcb_window_t window) const;
 
 private:
-    [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const;
 
     const Connection& connection_;
     std::optional<xcb_res_query_client_ids_cookie_t> cookie_;

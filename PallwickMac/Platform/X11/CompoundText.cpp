@@ -1,5 +1,6 @@
 #include <PallwickMac/Platform/X11/CompoundText.h>
 #include <PallwickMac/Platform/X11/WindowProperties.h>
+#include <PallwickMacCore/Models/Utf8.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -11,7 +12,6 @@ namespace {
 constexpr char escape = '\x1B';
 constexpr std::string_view utf8Begin = "\x1B%G";
 constexpr std::string_view utf8End = "\x1B%@";
-constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 // An escape sequence: intermediate bytes 0x20 to 0x2F and one final byte (ISO 2022).
 std::string_view escapeSequence(std::string_view text) {

@@ -44,6 +44,17 @@ public:
     /// Whether the server can tell which process a client is (X-Resource 1.2).
     [[nodiscard]] bool hasClientIDs() const { return hasClientIDs_; }
 
+    /// The part of a resource's id that all resources of one client share, and no others: the server gives each client
+    /// a range of its own for the ids that it makes (X protocol, section 8).
+    [[nodiscard]] std::uint32_t clientOf(std::uint32_t resource) const {
+        return resource & ~xcb_get_setup(xcb())->resource_id_mask;
+    }
+
+    /// This connection made the resource.
+    [[nodiscard]] bool isOwn(std::uint32_t resource) const {
+        return clientOf(resource) == xcb_get_setup(xcb())->resource_id_base;
+    }
+
     void flush() const { xcb_flush(xcb()); }
 
     /// The server is gone; nothing more will come.

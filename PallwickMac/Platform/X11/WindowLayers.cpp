@@ -100,12 +100,6 @@ WindowLayer* WindowLayers::find(xcb_window_t window) {
     return layer == layers_.end() ? nullptr : &*layer;
 }
 
-bool WindowLayers::isOwn(xcb_window_t window) const {
-    // The server gives each connection a range of its own for the ids that it makes (X protocol, section 8).
-    const xcb_setup_t* setup = xcb_get_setup(connection_.xcb());
-    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
-}
-
 void WindowLayers::forgetPixels(WindowLayer& layer) {
     layer.picture = {};
     layer.pixmap = {};
@@ -224,7 +218,7 @@ std::vector<WindowLayer>& WindowLayers::layersWith(xcb_window_t window) {
 
 void WindowLayers::watchState(xcb_window_t window) const {
     // Ours have masks of their own, and change by our doing only.
-    if (!isOwn(window)) {
+    if (!connection_.isOwn(window)) {
         const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_.xcb(), window, XCB_CW_EVENT_MASK, &mask);
     }
@@ -294,7 +288,7 @@ void WindowLayers::refresh() {
             layer.area = area;
             layer.borderWidth = geometry->border_width;
             layer.opaque = geometry->depth != 32;
-            layer.own = isOwn(layer.window);
+            layer.own = connection_.isOwn(layer.window);
             layer.shaped = shape->bounding_shaped != 0;
             // Of a shape only that it has changed is known.
             layer.revision = layer.shaped ? ++revisions_ : layer.revision;

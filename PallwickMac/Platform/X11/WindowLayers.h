@@ -94,7 +94,6 @@ public:
 
 private:
     [[nodiscard]] WindowLayer* find(xcb_window_t window);
-    [[nodiscard]] bool isOwn(xcb_window_t window) const;
     void forgetPixels(WindowLayer& layer);
     /// To be called before a window is asked about: what changes after the answer is told.
     void watchState(xcb_window_t window) const;

@@ -1,39 +1,12 @@
 #include <PallwickMac/Platform/X11/WindowProperties.h>
 #include <PallwickMac/Platform/X11/XcbReply.h>
-
-#include <array>
+#include <PallwickMacCore/Models/Utf8.h>
 
 namespace pallwick::x11 {
 
 namespace {
 
 constexpr std::uint32_t maxTextWords = 1024;
-
-constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
-
-// The length of the well-formed UTF-8 sequence (RFC 3629, section 4) that `text` begins with; 0 where it does not.
-std::size_t wellFormedLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0U; };
-    const auto isTail = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
-    const std::uint32_t first = byte(0);
-    if (first < 0x80) {
-        return 1;
-    }
-    if (first >= 0xC2 && first <= 0xDF) {
-        return isTail(1) ? 2 : 0;
-    }
-    if (first >= 0xE0 && first <= 0xEF) {
-        const bool overlong = first == 0xE0 && byte(1) < 0xA0;
-        const bool surrogate = first == 0xED && byte(1) > 0x9F;
-        return isTail(1) && isTail(2) && !overlong && !surrogate ? 3 : 0;
-    }
-    if (first >= 0xF0 && first <= 0xF4) {
-        const bool overlong = first == 0xF0 && byte(1) < 0x90;
-        const bool tooLarge = first == 0xF4 && byte(1) > 0x8F;
-        return isTail(1) && isTail(2) && isTail(3) && !overlong && !tooLarge ? 4 : 0;
-    }
-    return 0;
-}
 
 bool isCutSequence(std::string_view text) {
     const auto first = static_cast<std::uint8_t>(text.front());
@@ -45,7 +18,7 @@ bool isCutSequence(std::string_view text) {
     const auto isCompletedBy = [&](char tail) {
         std::string completed(text);
         completed.resize(wanted, tail);
-        return wellFormedLength(completed) == wanted;
+        return utf8SequenceLength(completed) == wanted;
     };
     return isCompletedBy('\x80') || isCompletedBy('\xBF');
 }
@@ -90,7 +63,7 @@ std::string cleanUtf8(std::string_view text) {
     std::string clean;
     clean.reserve(text.size());
     while (!text.empty()) {
-        const std::size_t length = wellFormedLength(text);
+        const std::size_t length = utf8SequenceLength(text);
         if (length == 0) {
             if (isCutSequence(text)) {
                 break;
