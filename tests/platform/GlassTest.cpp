@@ -17,6 +17,7 @@
 #include <support/PrivateXServer.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -73,6 +74,22 @@ protected:
                             connection_->atom(Atom::rootPixmap), XCB_ATOM_PIXMAP, 32, 1, &ground);
     }
 
+    /// A plain window of another program above everything. It lives as long as the server.
+    void openAbove(std::uint32_t colour, bool overrideRedirect, const PixelRect& area = rootArea) {
+        if (!stranger_) {
+            stranger_ = std::make_unique<Connection>();
+        }
+        xcb_connection_t* xcb = stranger_->xcb();
+        const xcb_window_t window = xcb_generate_id(xcb);
+        const std::array<std::uint32_t, 2> values{colour, overrideRedirect ? 1U : 0U};
+        xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, stranger_->root(), static_cast<std::int16_t>(area.x),
+                          static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                          static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                          XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
+        xcb_map_window(xcb, window);
+        const auto done = own(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    }
+
     /// What a panel over `area` shows: all of it frosted at that opacity, nothing drawn on top.
     PixelImage frosted(const PixelRect& area, double sigma, double opacity = 1) {
         panel_->place(area);
@@ -107,6 +124,7 @@ protected:
 private:
     support::PrivateXServer server_;
     std::unique_ptr<Connection> connection_;
+    std::unique_ptr<Connection> stranger_;
     std::unique_ptr<WindowLayers> layers_;
     std::unique_ptr<BackdropCapture> capture_;
     std::unique_ptr<Glass> glass_;
@@ -190,6 +208,36 @@ TEST_F(GlassTest, LiesOverTheGreyThatACompositingManagerPaintsWithoutAGround) {
     const PixelImage glass = frosted({.x = 160, .y = 120, .width = 64, .height = 64}, 20);
 
     EXPECT_NEAR(static_cast<int>(glass.row(32)[32] & 0xFF), 0x80, 1);
+}
+
+TEST_F(GlassTest, LiesOverAClientThatWasRaisedAndIsAboutToBeCoveredAgain) {
+    openAbove(0x3366CC, false);
+
+    const PixelImage glass = frosted({.x = 160, .y = 120, .width = 64, .height = 64}, 20);
+
+    EXPECT_EQ(glass.row(32)[32] & 0xFFFFFFU, 0x3366CCU);
+}
+
+TEST_F(GlassTest, DoesNotLieOverAMenuAboveIt) {
+    openAbove(0x3366CC, false);
+    openAbove(0xCC6633, true);
+
+    const PixelImage glass = frosted({.x = 160, .y = 120, .width = 64, .height = 64}, 20);
+
+    EXPECT_EQ(glass.row(32)[32] & 0xFFFFFFU, 0x3366CCU);
+}
+
+TEST_F(GlassTest, DoesNotLieOverAHigherPanelThatAClientWasRaisedAbove) {
+    setGround(backdrop::picture(rootArea.width, rootArea.height, [](int, int) { return backdrop::grey(255); }));
+    SurfaceWindow higher(connection());
+    const PixelRect area{.x = 160, .y = 120, .width = 64, .height = 64};
+    higher.place(area);
+    connection().flush();
+    openAbove(0x3366CC, false, {.x = 0, .y = 0, .width = 10, .height = 10});
+
+    const PixelImage glass = frosted(area, 20);
+
+    EXPECT_EQ(glass.row(32)[32] & 0xFFFFFFU, 0xFFFFFFU);
 }
 
 TEST_F(GlassTest, IsTheSameWhereverThePanelLies) {

@@ -24,16 +24,19 @@ BackdropCapture::BackdropCapture(const Connection& connection, WindowLayers& lay
 std::optional<BackdropCapture::Contents> BackdropCapture::contents(xcb_window_t panel, const PixelRect& area,
                                                                    std::optional<xcb_window_t> topmost) {
     const std::vector<WindowLayer>& layers = layers_.layersWith(topmost.value_or(panel));
-    auto end = std::ranges::find(layers, topmost.value_or(panel), &WindowLayer::window);
-    if (end == layers.end()) {
+    const auto place = std::ranges::find(layers, topmost.value_or(panel), &WindowLayer::window);
+    if (place == layers.end()) {
         return std::nullopt;
     }
-    if (topmost) {
-        ++end;
-    }
+    // A client that was just raised is above the panel until the stack guard has answered, and beneath it already in
+    // every picture that a person will have the time to see.
+    const auto isSeenClient = [](const WindowLayer& layer) { return layer.client && layer.onScreen; };
+    const auto topmostClient = std::ranges::find_if(layers.rbegin(), layers.rend(), isSeenClient);
+    const auto end = std::max(topmost ? place + 1 : place, topmostClient.base());
     Contents contents{.ground = layers_.ground(), .windows = {}};
-    for (auto layer = layers.begin(); layer != end; ++layer) {
-        if (!layer->onScreen || layer->window == panel || layer->format == XCB_NONE ||
+    for (auto layer = layers.begin(); layer < end; ++layer) {
+        const bool higherPanel = layer->own && layer > place;
+        if (!layer->onScreen || higherPanel || layer->window == panel || layer->format == XCB_NONE ||
             layer->area.intersected(area).isEmpty()) {
             continue;
         }

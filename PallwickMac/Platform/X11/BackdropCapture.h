@@ -9,8 +9,8 @@
 
 namespace pallwick::x11 {
 
-/// Draws, on the server, what a person would see beneath a panel: every window below it in stacking order, our own
-/// lower panels included, over the desktop's ground.
+/// Draws, on the server, what a person would see beneath a panel: every window below it in stacking order and every
+/// client, our own lower panels included, over the desktop's ground.
 class BackdropCapture {
 public:
     /// Which windows lie beneath, where, and in which of their states. While two are equal and no window of it is

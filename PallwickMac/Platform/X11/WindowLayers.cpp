@@ -288,6 +288,7 @@ void WindowLayers::refresh() {
             layer.area = area;
             layer.borderWidth = geometry->border_width;
             layer.opaque = geometry->depth != 32;
+            layer.client = attributes->override_redirect == 0;
             layer.own = connection_.isOwn(layer.window);
             layer.shaped = shape->bounding_shaped != 0;
             // Of a shape only that it has changed is known.
@@ -338,6 +339,7 @@ void WindowLayers::refresh() {
         level = std::move(next);
     }
     for (std::size_t i = 0; i < layers_.size(); ++i) {
+        layers_[i].client = layers_[i].client || isClient[i];
         if (std::exchange(layers_[i].opacity, opacities[i]) != opacities[i]) {
             layers_[i].revision = ++revisions_;
         }

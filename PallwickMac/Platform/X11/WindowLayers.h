@@ -27,6 +27,8 @@ struct WindowLayer {
     std::uint64_t revision = 0;
     /// One of our own panels: it changes by our own doing only, and no damage is reported for it.
     bool own = false;
+    /// A window manager's client, or would be one if there were a window manager: the panels stay above it.
+    bool client = false;
     /// The window's pixels, covered parts included. Named at first use and again after a resize.
     PixmapHandle pixmap;
     PictureHandle picture;
