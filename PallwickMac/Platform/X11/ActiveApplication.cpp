@@ -20,31 +20,64 @@ bool isAlive(std::int32_t processID) {
 
 }  // namespace
 
+struct ActiveApplication::Answers {
+    bool exists = false;
+    std::optional<std::int32_t> processID;
+    ApplicationNames names;
+};
+
+/// What there is to ask about the active window. Sent when it is made and answered at `get`, to be called once.
+class ActiveApplication::Questions {
+public:
+    Questions(const Connection& connection, xcb_window_t window)
+        : connection_(connection),
+          window_(window),
+          processes_(connection, {&window, 1}),
+          claimed_(connection, window, connection.atom(Atom::windowPID), XCB_ATOM_CARDINAL, 1),
+          names_(connection, window),
+          geometry_(xcb_get_geometry(connection.xcb(), window)) {}
+
+    [[nodiscard]] Answers get() {
+        processes_.get();
+        const std::optional<std::int32_t> claimed = processIDFrom(claimed_.get());
+        const std::optional<std::int32_t> known = processes_.processOf(window_);
+        ApplicationNames names = names_.get();
+        const bool exists = own(xcb_get_geometry_reply(connection_.xcb(), geometry_, nullptr)) != nullptr;
+        return {.exists = exists, .processID = known ? known : claimed, .names = std::move(names)};
+    }
+
+private:
+    const Connection& connection_;
+    xcb_window_t window_;
+    ClientProcessesRequest processes_;
+    CardinalsRequest claimed_;
+    ApplicationNamesRequest names_;
+    xcb_get_geometry_cookie_t geometry_;
+};
+
 ActiveApplication::ActiveApplication(const Connection& connection, const ApplicationIndex& applications)
     : connection_(connection), applications_(applications) {}
 
 void ActiveApplication::query() {
     CardinalsRequest active(connection_, connection_.root(), connection_.atom(Atom::activeWindow), XCB_ATOM_WINDOW, 1);
+    // It is the same window most of the time: asked about along with it, to wait once.
+    std::optional<Questions> early;
+    if (lastWindow_ != XCB_WINDOW_NONE) {
+        early.emplace(connection_, lastWindow_);
+    }
     const std::vector<std::uint32_t> windows = active.get();
-    if (!windows.empty() && windows.front() != XCB_WINDOW_NONE) {
-        ClientProcessesRequest processes(connection_, windows);
-        CardinalsRequest claimed(connection_, windows.front(), connection_.atom(Atom::windowPID), XCB_ATOM_CARDINAL, 1);
-        ApplicationNamesRequest namesRequest(connection_, windows.front());
-        const auto geometryCookie = xcb_get_geometry(connection_.xcb(), windows.front());
-        processes.get();
-        const std::optional<std::int32_t> claimedID = processIDFrom(claimed.get());
-        ApplicationNames names = namesRequest.get();
-        const bool exists = own(xcb_get_geometry_reply(connection_.xcb(), geometryCookie, nullptr)) != nullptr;
-        const std::optional<std::int32_t> known = processes.processOf(windows.front());
-        const std::optional<std::int32_t> processID = known ? known : claimedID;
-        if (processID || exists) {
-            // The server still knows whose a window was that has just vanished, but no name of it.
-            if (names.empty() && processID && last_ && last_->processID == processID) {
-                names = last_->names;
-            }
-            last_ = Application{.processID = processID, .names = std::move(names)};
-            return;
+    const xcb_window_t window = windows.empty() ? xcb_window_t{XCB_WINDOW_NONE} : windows.front();
+    Answers answers = early ? early->get() : Answers();
+    if (std::exchange(lastWindow_, window) != window) {
+        answers = window == XCB_WINDOW_NONE ? Answers() : Questions(connection_, window).get();
+    }
+    if (answers.processID || answers.exists) {
+        // The server still knows whose a window was that has just vanished, but no name of it.
+        if (answers.names.empty() && answers.processID && last_ && last_->processID == answers.processID) {
+            answers.names = last_->names;
         }
+        last_ = Application{.processID = answers.processID, .names = std::move(answers.names)};
+        return;
     }
     if (last_ && !(last_->processID && isAlive(*last_->processID))) {
         last_.reset();

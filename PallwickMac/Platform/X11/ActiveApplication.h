@@ -39,11 +39,16 @@ private:
         ApplicationNames names;
     };
 
+    struct Answers;
+    class Questions;
+
     void query();
 
     const Connection& connection_;
     const ApplicationIndex& applications_;
     std::optional<Application> last_;
+    /// The window that was active at the last look.
+    xcb_window_t lastWindow_ = XCB_WINDOW_NONE;
     bool mayHaveChanged_ = false;
 };
 

@@ -11,6 +11,11 @@ namespace {
 // One frame at 60 Hz.
 constexpr std::chrono::milliseconds shortestFrame{16};
 
+// What changes without end, a film or a log, is followed at 30 Hz after half a second: through frosted glass nobody sees
+// the difference, and it is half of the work.
+constexpr std::chrono::microseconds lastingFrame{33'333};
+constexpr int framesOfABurst = 15;
+
 // The stack guard needs a few round trips.
 constexpr std::chrono::milliseconds stackingTime{3};
 
@@ -30,6 +35,7 @@ SurfaceHost::SurfaceHost(const Connection& connection, const PixelMapping& mappi
       cursors_(connection),
       windowLayers_(connection),
       backdropCapture_(connection, windowLayers_),
+      lastingRate_(lastingFrame, framesOfABurst),
       frameInterval_(shortestFrame) {
     // A connection has one mask for each window: children for the layers, the root's own shape and properties for the
     // platform.
@@ -153,13 +159,15 @@ void SurfaceHost::requestFrame(std::chrono::milliseconds delay) {
     }
     // The first change after a pause is answered as soon as the events at hand are read.
     const std::chrono::milliseconds elapsed(sinceFrame_.isValid() ? sinceFrame_.elapsed() : frameInterval_.count());
-    nextFrame_.start(std::max(frameInterval_ - elapsed, delay));
+    const auto pause = std::chrono::ceil<std::chrono::milliseconds>(lastingRate_.wait(RateLimit::Clock::now()));
+    nextFrame_.start(std::max({frameInterval_ - elapsed, delay, pause}));
 }
 
 void SurfaceHost::renderFrame() {
     QElapsedTimer cost;
     cost.start();
     sinceFrame_.start();
+    lastingRate_.spend(RateLimit::Clock::now());
     // Acknowledged before it is captured: what changes from now on is told again.
     for (const xcb_window_t window : std::exchange(damagedWindows_, {})) {
         windowLayers_.acknowledgeDamage(window);

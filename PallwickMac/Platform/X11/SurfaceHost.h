@@ -1,5 +1,6 @@
 #pragma once
 
+#include <PallwickMac/Platform/RateLimit.h>
 #include <PallwickMac/Platform/X11/BackdropCapture.h>
 #include <PallwickMac/Platform/X11/Connection.h>
 #include <PallwickMac/Platform/X11/CursorSet.h>
@@ -92,6 +93,9 @@ private:
     BackdropCapture backdropCapture_;
     QTimer nextFrame_;
     QElapsedTimer sinceFrame_;
+    /// How many frames a second there are in the long run.
+    RateLimit lastingRate_;
+    /// What the last frame leaves room for.
     std::chrono::milliseconds frameInterval_;
     /// Windows whose damage some surface waits to show.
     std::vector<xcb_window_t> damagedWindows_;

@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace pallwick::x11 {
@@ -19,13 +21,6 @@ constexpr std::uint32_t maxClients = 4096;
 // A window manager puts one or two windows of its own around a client.
 constexpr int maxAncestors = 4;
 
-std::vector<xcb_window_t> narrowed(std::vector<xcb_window_t> windows, std::optional<xcb_window_t> only) {
-    if (only) {
-        std::erase_if(windows, [&](xcb_window_t window) { return window != *only; });
-    }
-    return windows;
-}
-
 std::vector<xcb_window_t> reversed(std::vector<xcb_window_t> windows) {
     std::ranges::reverse(windows);
     return windows;
@@ -34,12 +29,14 @@ std::vector<xcb_window_t> reversed(std::vector<xcb_window_t> windows) {
 // A window manager may put off saying where a new window stands. It is in the list by age already, and in front of the
 // others most likely.
 std::vector<xcb_window_t> frontToBack(std::vector<xcb_window_t> byStacking, const std::vector<xcb_window_t>& byAge) {
-    for (const xcb_window_t window : byAge) {
-        if (std::ranges::find(byStacking, window) == byStacking.end()) {
-            byStacking.push_back(window);
-        }
-    }
+    const std::unordered_set<xcb_window_t> stacked(byStacking.begin(), byStacking.end());
+    std::ranges::copy_if(byAge, std::back_inserter(byStacking),
+                         [&](xcb_window_t window) { return !stacked.contains(window); });
     return reversed(std::move(byStacking));
+}
+
+bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
+    return std::ranges::find(windows, window) != windows.end();
 }
 
 std::optional<std::string> processName(std::int32_t processID) {
@@ -53,8 +50,38 @@ std::optional<std::string> processName(std::int32_t processID) {
 
 }  // namespace
 
+/// What there is to ask about each of some windows. Sent when it is made and answered at `get`, to be called once.
+class WindowList::Questions {
+public:
+    Questions(const Connection& connection, const std::vector<xcb_window_t>& windows)
+        : processes_(connection, windows) {
+        requests_.reserve(windows.size());
+        for (const xcb_window_t window : windows) {
+            requests_.emplace_back(connection, window);
+        }
+    }
+
+    /// Without the windows that are gone by now.
+    [[nodiscard]] std::vector<OwnedWindow> get() {
+        processes_.get();
+        std::vector<OwnedWindow> answers;
+        answers.reserve(requests_.size());
+        for (ClientWindowRequest& request : requests_) {
+            if (std::optional<ClientWindow> window = request.get()) {
+                const std::optional<std::int32_t> owner = processes_.processOf(window->window);
+                answers.push_back({.window = std::move(*window), .ownerProcessID = owner});
+            }
+        }
+        return answers;
+    }
+
+private:
+    ClientProcessesRequest processes_;
+    std::vector<ClientWindowRequest> requests_;
+};
+
 WindowList::WindowList(const Connection& connection, const ApplicationIndex& applications)
-    : connection_(connection), applications_(applications) {}
+    : connection_(connection), applications_(applications), windowManager_(connection.root()) {}
 
 std::optional<std::vector<WindowRecord>> WindowList::onScreen(const WindowPlacement& placement) const {
     return query(std::nullopt, placement);
@@ -71,27 +98,28 @@ std::optional<std::vector<WindowRecord>> WindowList::query(std::optional<xcb_win
     CardinalsRequest stacking(connection_, root, connection_.atom(Atom::clientListStacking), XCB_ATOM_WINDOW,
                               maxClients);
     CardinalsRequest byAge(connection_, root, connection_.atom(Atom::clientList), XCB_ATOM_WINDOW, maxClients);
-    CardinalsRequest checkWindow(connection_, root, connection_.atom(Atom::supportingCheck), XCB_ATOM_WINDOW, 1);
+    CardinalsRequest check(connection_, root, connection_.atom(Atom::supportingCheck), XCB_ATOM_WINDOW, 1);
     CardinalsRequest desktop(connection_, root, connection_.atom(Atom::currentDesktop), XCB_ATOM_CARDINAL, 1);
-    const xcb_query_tree_cookie_t treeCookie = xcb_query_tree(connection_.xcb(), root);
+    CardinalsRequest checkItself = checkOf(windowManager_);
+    // One window is asked about before it is known to be a client, which saves waiting twice.
+    std::optional<Questions> early;
+    if (only) {
+        early.emplace(connection_, std::vector{*only});
+    }
     const std::vector<xcb_window_t> stacked = stacking.get();
-    const std::vector<xcb_window_t> clients = frontToBack(stacked, byAge.get());
-    const std::vector<xcb_window_t> check = checkWindow.get();
+    const std::vector<xcb_window_t> aged = byAge.get();
     const std::vector<std::uint32_t> desktops = desktop.get();
-    const auto tree = own(xcb_query_tree_reply(connection_.xcb(), treeCookie, nullptr));
-    if (!tree) {
+    const bool managed = isManaged(check.get(), checkItself.get());
+    std::vector<OwnedWindow> windows = early ? early->get() : std::vector<OwnedWindow>();
+    if (connection_.isBroken()) {
         return std::nullopt;
     }
-
-    // The root's properties outlive a window manager that was killed; the window that it put up does not.
-    CardinalsRequest checkItself(connection_, check.empty() ? root : check.front(),
-                                 connection_.atom(Atom::supportingCheck), XCB_ATOM_WINDOW, 1);
-    std::vector<OwnedWindow> windows = ask(narrowed(clients, only));
-    const bool managed = checkItself.get() == check && !check.empty();
     if (!managed) {
-        const xcb_window_t* children = xcb_query_tree_children(tree.get());
-        windows = ask(narrowed(reversed({children, children + xcb_query_tree_children_length(tree.get())}), only));
-        std::erase_if(windows, [](const OwnedWindow& entry) { return entry.window.overrideRedirect; });
+        windows = unmanagedWindows(only);
+    } else if (!only) {
+        windows = Questions(connection_, frontToBack(stacked, aged)).get();
+    } else if (!contains(stacked, *only) && !contains(aged, *only)) {
+        windows.clear();
     }
     const std::optional<std::uint32_t> currentDesktop =
         managed && !desktops.empty() ? std::optional(desktops.front()) : std::nullopt;
@@ -102,23 +130,36 @@ std::optional<std::vector<WindowRecord>> WindowList::query(std::optional<xcb_win
     return records(windows, placement);
 }
 
-std::vector<WindowList::OwnedWindow> WindowList::ask(const std::vector<xcb_window_t>& windows) const {
-    ClientProcessesRequest processes(connection_, windows);
-    std::vector<ClientWindowRequest> requests;
-    requests.reserve(windows.size());
-    for (const xcb_window_t window : windows) {
-        requests.emplace_back(connection_, window);
+CardinalsRequest WindowList::checkOf(xcb_window_t window) const {
+    return {connection_, window, connection_.atom(Atom::supportingCheck), XCB_ATOM_WINDOW, 1};
+}
+
+// The root's properties outlive a window manager that was killed; the window that it put up, and which names itself,
+// does not.
+bool WindowList::isManaged(const std::vector<xcb_window_t>& check, std::vector<xcb_window_t> checkItself) const {
+    if (check.empty()) {
+        return false;
     }
-    processes.get();
-    std::vector<OwnedWindow> answers;
-    answers.reserve(windows.size());
-    for (ClientWindowRequest& request : requests) {
-        if (std::optional<ClientWindow> window = request.get()) {
-            const std::optional<std::int32_t> owner = processes.processOf(window->window);
-            answers.push_back({.window = std::move(*window), .ownerProcessID = owner});
-        }
+    if (std::exchange(windowManager_, check.front()) != check.front()) {
+        checkItself = checkOf(windowManager_).get();
     }
-    return answers;
+    return checkItself == check;
+}
+
+std::vector<WindowList::OwnedWindow> WindowList::unmanagedWindows(std::optional<xcb_window_t> only) const {
+    const auto tree =
+        own(xcb_query_tree_reply(connection_.xcb(), xcb_query_tree(connection_.xcb(), connection_.root()), nullptr));
+    if (!tree) {
+        return {};
+    }
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    std::vector<xcb_window_t> candidates = reversed({children, children + xcb_query_tree_children_length(tree.get())});
+    if (only) {
+        std::erase_if(candidates, [&](xcb_window_t window) { return window != *only; });
+    }
+    std::vector<OwnedWindow> windows = Questions(connection_, candidates).get();
+    std::erase_if(windows, [](const OwnedWindow& entry) { return entry.window.overrideRedirect; });
+    return windows;
 }
 
 void WindowList::askForWhatIsMissing(std::vector<OwnedWindow>& windows) const {
@@ -192,8 +233,9 @@ void WindowList::measureRootChildren(std::vector<OwnedWindow>& windows) const {
 
 std::vector<WindowRecord> WindowList::records(const std::vector<OwnedWindow>& windows,
                                               const WindowPlacement& placement) const {
-    // Many windows of one application are looked up once.
+    // Many windows of one application, or of one process, are looked up once.
     std::map<ApplicationNames, std::optional<std::string>> displayNames;
+    std::map<std::int32_t, std::optional<std::string>> processNames;
     std::vector<WindowRecord> records;
     records.reserve(windows.size());
     for (const OwnedWindow& entry : windows) {
@@ -204,7 +246,11 @@ std::vector<WindowRecord> WindowList::records(const std::vector<OwnedWindow>& wi
         }
         std::optional<std::string> ownerName = known->second;
         if (!ownerName && entry.ownerProcessID) {
-            ownerName = processName(*entry.ownerProcessID);
+            const auto [process, isNewProcess] = processNames.try_emplace(*entry.ownerProcessID);
+            if (isNewProcess) {
+                process->second = processName(*entry.ownerProcessID);
+            }
+            ownerName = process->second;
         }
         records.push_back({.layer = layerOf(connection_, window),
                            .number = window.window,

@@ -41,9 +41,15 @@ private:
         std::optional<std::int32_t> ownerProcessID;
     };
 
+    class Questions;
+
     [[nodiscard]] std::optional<std::vector<WindowRecord>> query(std::optional<xcb_window_t> only,
                                                                  const WindowPlacement& placement) const;
-    [[nodiscard]] std::vector<OwnedWindow> ask(const std::vector<xcb_window_t>& windows) const;
+    /// What a window manager's window says of itself.
+    [[nodiscard]] CardinalsRequest checkOf(xcb_window_t window) const;
+    /// `check` is what the root says of it, `checkItself` what `windowManager_` says.
+    [[nodiscard]] bool isManaged(const std::vector<xcb_window_t>& check, std::vector<xcb_window_t> checkItself) const;
+    [[nodiscard]] std::vector<OwnedWindow> unmanagedWindows(std::optional<xcb_window_t> only) const;
     void askForWhatIsMissing(std::vector<OwnedWindow>& windows) const;
     void measureRootChildren(std::vector<OwnedWindow>& windows) const;
     [[nodiscard]] std::vector<WindowRecord> records(const std::vector<OwnedWindow>& windows,
@@ -51,6 +57,8 @@ private:
 
     const Connection& connection_;
     const ApplicationIndex& applications_;
+    /// The window that the window manager put up, as far as known: asked about ahead, and verified each time.
+    mutable xcb_window_t windowManager_;
 };
 
 }  // namespace pallwick::x11
