@@ -31,6 +31,10 @@ ColorWell::ColorWell(const QString& text, QWidget* parent) : QPushButton(text, p
 }
 
 void ColorWell::setColor(const QColor& color) {
+    // Told anew at every publish of the list; what is painted anew without need makes panels above it look again.
+    if (color == color_ && !accessibleDescription().isEmpty()) {
+        return;
+    }
     color_ = color;
     setAccessibleDescription(color.name().toUpper());
     update();

@@ -50,8 +50,12 @@ SliderRow::SliderRow(const QString& title, int lowerBound, int upperBound, const
 
 void SliderRow::setValue(std::int64_t value) {
     value_ = value;
-    valueLabel_->setText(QString::number(value) + suffix_);
-    slider_->setAccessibleDescription(valueLabel_->text());
+    const QString text = QString::number(value) + suffix_;
+    // A screen reader is told of every description that is set, the same one too.
+    if (text != valueLabel_->text()) {
+        valueLabel_->setText(text);
+        slider_->setAccessibleDescription(text);
+    }
     // Under the mouse the slider is the mouse's; it catches up when let go.
     if (!slider_->isSliderDown()) {
         moveSliderToValue();

@@ -219,6 +219,54 @@ TEST_F(ContentViewTest, PressesItsButtonsByKeyboard) {
     EXPECT_THAT(model.overlays(), SizeIs(1));
 }
 
+/// How often a widget or one within it is painted.
+class PaintLog : public QObject {
+public:
+    explicit PaintLog(QWidget& root) {
+        root.installEventFilter(this);
+        for (QWidget* widget : root.findChildren<QWidget*>()) {
+            widget->installEventFilter(this);
+        }
+    }
+
+    [[nodiscard]] const std::vector<std::string>& painted() const { return painted_; }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            painted_.push_back(static_cast<QWidget*>(watched)->accessibleName().toStdString() + " " +
+                               watched->metaObject()->className());
+        }
+        return false;
+    }
+
+    std::vector<std::string> painted_;
+};
+
+TEST_F(ContentViewTest, PaintsNothingAtAPublishThatChangesNothingToSee) {
+    addOverlays(2);
+    platform.setOnScreenWindows({{WindowRecord{.layer = 0,
+                                               .number = 7,
+                                               .ownerProcessID = 512,
+                                               .ownerName = "Nova",
+                                               .title = "Notes",
+                                               .bounds = Rect{.x = 0, .y = 0, .width = 400, .height = 300}}}});
+    model.refreshWindows();
+    model.setSelectedWindowID(7);
+    model.attachSelectedOverlayToWindow();
+    // The first one sets the status line too.
+    model.updateSelectedStyle(std::nullopt, std::nullopt, std::nullopt, std::nullopt);
+    QApplication::processEvents();
+    const NotificationLog notifications(model);
+    const PaintLog paints(view);
+
+    model.updateSelectedStyle(std::nullopt, std::nullopt, std::nullopt, std::nullopt);
+    QApplication::processEvents();
+
+    EXPECT_THAT(notifications.names(), ElementsAre("overlays"));
+    EXPECT_THAT(paints.painted(), IsEmpty());
+}
+
 struct Scheme {
     const char* name;
     QPalette palette;

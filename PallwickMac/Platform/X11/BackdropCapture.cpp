@@ -33,7 +33,7 @@ std::optional<BackdropCapture::Contents> BackdropCapture::contents(xcb_window_t 
     const auto isSeenClient = [](const WindowLayer& layer) { return layer.client && layer.onScreen; };
     const auto topmostClient = std::ranges::find_if(layers.rbegin(), layers.rend(), isSeenClient);
     const auto end = std::max(topmost ? place + 1 : place, topmostClient.base());
-    Contents contents{.ground = layers_.ground(), .windows = {}};
+    Contents contents{.hasGround = true, .ground = XCB_NONE, .windows = {}};
     for (auto layer = layers.begin(); layer < end; ++layer) {
         const bool higherPanel = layer->own && layer > place;
         if (!layer->onScreen || higherPanel || layer->window == panel || layer->format == XCB_NONE ||
@@ -42,11 +42,14 @@ std::optional<BackdropCapture::Contents> BackdropCapture::contents(xcb_window_t 
         }
         // What an opaque window hides need not be drawn.
         if (layer->opaque && !layer->shaped && layer->opacity == fullOpacity && covers(layer->area, area)) {
-            contents.ground = XCB_NONE;
+            contents.hasGround = false;
             contents.windows.clear();
         }
         contents.windows.push_back(
             {.window = layer->window, .area = layer->area, .revision = layer->revision, .own = layer->own});
+    }
+    if (contents.hasGround) {
+        contents.ground = layers_.ground();
     }
     return contents;
 }
@@ -56,7 +59,9 @@ void BackdropCapture::draw(const Contents& contents, const PixelRect& area, xcb_
     for (const Contents::Window& window : contents.windows) {
         layers_.acknowledgeDamage(window.window);
     }
-    drawGround(contents.ground, area, target);
+    if (contents.hasGround) {
+        drawGround(contents.ground, area, target);
+    }
     std::vector<WindowLayer>& layers = layers_.layers();
     auto layer = layers.begin();
     for (const Contents::Window& window : contents.windows) {

@@ -25,6 +25,8 @@ public:
             friend bool operator==(const Window&, const Window&) = default;
         };
 
+        /// No window hides all of the ground.
+        bool hasGround = true;
         xcb_pixmap_t ground = XCB_NONE;
         /// Bottom to top, only those that reach into the area.
         std::vector<Window> windows;

@@ -155,13 +155,16 @@ xcb_pixmap_t Glass::compose() {
     resize(whole, drawing_.width, drawing_.height, drawingDepth, layers_.formats().argb32());
     const std::uint16_t width = size16(whole.width);
     const std::uint16_t height = size16(whole.height);
-    const xcb_rectangle_t everything{.x = 0, .y = 0, .width = width, .height = height};
-    // Off the screen, black: nobody sees it, and clear pixels must not be left where nothing else is drawn.
-    const xcb_render_color_t start{
-        .red = 0, .green = 0, .blue = 0, .alpha = static_cast<std::uint16_t>(request_.sharp ? 0xFFFF : 0)};
-    xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, whole.picture.id(), start, 1, &everything);
+    const PixelRect visible = area.intersected(capturedArea_);
+    const bool drawnAllOver = request_.sharp && visible == area;
+    if (!drawnAllOver) {
+        // Off the screen, black: nobody sees it, and clear pixels must not be left where nothing else is drawn.
+        const xcb_rectangle_t everything{.x = 0, .y = 0, .width = width, .height = height};
+        const xcb_render_color_t start{
+            .red = 0, .green = 0, .blue = 0, .alpha = static_cast<std::uint16_t>(request_.sharp ? 0xFFFF : 0)};
+        xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, whole.picture.id(), start, 1, &everything);
+    }
     if (!capturedArea_.isEmpty()) {
-        const PixelRect visible = area.intersected(capturedArea_);
         if (request_.sharp) {
             sample(beneath_, 1, 0, 0, XCB_RENDER_REPEAT_NONE);
             xcb_render_composite(xcb, XCB_RENDER_PICT_OP_SRC, beneath_.picture.id(), XCB_NONE, whole.picture.id(),
@@ -193,6 +196,10 @@ void Glass::resize(Canvas& canvas, int width, int height, std::uint8_t depth, xc
     xcb_create_pixmap(xcb, depth, canvas.pixmap.id(), connection_.root(), size16(width), size16(height));
     canvas.picture = PictureHandle(xcb, xcb_generate_id(xcb));
     xcb_render_create_picture(xcb, canvas.picture.id(), canvas.pixmap.id(), format, 0, nullptr);
+    // A new pixmap holds anything, even what some program showed long ago.
+    const xcb_rectangle_t everything{.x = 0, .y = 0, .width = size16(width), .height = size16(height)};
+    const xcb_render_color_t black{.red = 0, .green = 0, .blue = 0, .alpha = 0xFFFF};
+    xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, canvas.picture.id(), black, 1, &everything);
     canvas.width = width;
     canvas.height = height;
 }
