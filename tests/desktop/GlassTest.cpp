@@ -409,6 +409,32 @@ TEST_P(Glass, ShowsNothingSharperThanTheStyleSaysWhileItIsLockedAndUnlocked) {
     stage().watch("the border", look, [&](const Screenshot& screen) { return screen.at(border) == inEditMode; });
 }
 
+TEST_P(Glass, ShowsNothingSharperThanTheStyleSaysFromItsFirstFrameOn) {
+    const auto client = openStriped();
+    const GreyPicture beneath = stripes(client->rect(), 255, 0);
+    add(halfBlurred);
+    stage().lock();
+    const PixelArea area = measured(client->rect());
+    stage().choosePreset("Save Display Preset");
+    stage().awaitStatus("Display preset saved");
+    stage().operate("Clear");
+    const auto isBare = [&](const Screenshot& screen) {
+        return deviation(screen, area, beneath, {.blur = 0, .opacity = 0}).empty();
+    };
+    stage().desktop().awaitPixels("nothing over the window", isBare);
+
+    stage().choosePreset("Load Display Preset");
+
+    stage().watch(
+        "the glass",
+        [&](const Screenshot& screen) {
+            if (!isBare(screen)) {
+                EXPECT_EQ(sharperThan(screen, area, halfBlurred), "");
+            }
+        },
+        [&](const Screenshot& screen) { return deviation(screen, area, beneath, halfBlurred).empty(); });
+}
+
 TEST_P(Glass, ShowsWhatIsPaintedAnewWithinTwoFramesOfItsDamage) {
     const auto client = openStriped();
     add(halfBlurred);

@@ -44,6 +44,8 @@ protected:
         capture_ = std::make_unique<BackdropCapture>(*connection_, *layers_);
         glass_ = std::make_unique<Glass>(*connection_, *layers_, *capture_);
         panel_ = std::make_unique<SurfaceWindow>(*connection_);
+        const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        xcb_change_window_attributes(connection_->xcb(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
         layers_->setActive(true);
     }
 
@@ -74,8 +76,8 @@ protected:
                             connection_->atom(Atom::rootPixmap), XCB_ATOM_PIXMAP, 32, 1, &ground);
     }
 
-    /// A plain window of another program above everything. It lives as long as the server.
-    void openAbove(std::uint32_t colour, bool overrideRedirect, const PixelRect& area = rootArea) {
+    /// A plain window of another program above everything. It lives as long as the server, or until it is closed.
+    xcb_window_t openAbove(std::uint32_t colour, bool overrideRedirect, const PixelRect& area = rootArea) {
         if (!stranger_) {
             stranger_ = std::make_unique<Connection>();
         }
@@ -87,7 +89,13 @@ protected:
                           static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                           XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
         xcb_map_window(xcb, window);
-        const auto done = own(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+        awaitStranger();
+        return window;
+    }
+
+    void close(xcb_window_t window) {
+        xcb_destroy_window(stranger_->xcb(), window);
+        awaitStranger();
     }
 
     /// What a panel over `area` shows: all of it frosted at that opacity, nothing drawn on top.
@@ -110,6 +118,15 @@ protected:
         return read(glass_->compose(), area.width, area.height);
     }
 
+    /// What the server has told of the windows so far.
+    void handleEvents() {
+        const auto done =
+            own(xcb_get_input_focus_reply(connection_->xcb(), xcb_get_input_focus(connection_->xcb()), nullptr));
+        while (const auto event = own(xcb_poll_for_event(connection_->xcb()))) {
+            static_cast<void>(layers_->handle(*event));
+        }
+    }
+
     PixelImage read(xcb_pixmap_t pixmap, int width, int height) {
         const auto reply = own(xcb_get_image_reply(
             connection_->xcb(),
@@ -122,6 +139,11 @@ protected:
     }
 
 private:
+    void awaitStranger() {
+        const auto done =
+            own(xcb_get_input_focus_reply(stranger_->xcb(), xcb_get_input_focus(stranger_->xcb()), nullptr));
+    }
+
     support::PrivateXServer server_;
     std::unique_ptr<Connection> connection_;
     std::unique_ptr<Connection> stranger_;
@@ -225,6 +247,24 @@ TEST_F(GlassTest, DoesNotLieOverAMenuAboveIt) {
     const PixelImage glass = frosted({.x = 160, .y = 120, .width = 64, .height = 64}, 20);
 
     EXPECT_EQ(glass.row(32)[32] & 0xFFFFFFU, 0x3366CCU);
+}
+
+/// Whoever draws it learns only afterwards that it was gone.
+TEST_F(GlassTest, LosesNoMoreThanAPictureToAWindowThatWasClosedBeforeItCouldBeDrawn) {
+    const PixelRect area{.x = 160, .y = 120, .width = 64, .height = 64};
+    setGround(backdrop::picture(rootArea.width, rootArea.height, [](int, int) { return backdrop::grey(90); }));
+    const xcb_window_t window = openAbove(0xFFFFFF, false);
+    ASSERT_EQ(layers().layers().size(), 2U);
+    close(window);
+
+    const PixelImage meanwhile = frosted(area, 20);
+
+    EXPECT_FALSE(connection().isBroken());
+    EXPECT_LE(meanwhile.row(32)[32] & 0xFFU, 1U);
+
+    handleEvents();
+    const PixelImage afterwards = frosted(area, 20);
+    EXPECT_NEAR(static_cast<int>(afterwards.row(32)[32] & 0xFF), 90, 1);
 }
 
 TEST_F(GlassTest, DoesNotLieOverAHigherPanelThatAClientWasRaisedAbove) {
