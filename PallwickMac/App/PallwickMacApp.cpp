@@ -1,15 +1,21 @@
 #include <PallwickMac/App/PallwickMacApp.h>
 
+#include <PallwickMac/App/OverlayMenu.h>
 #include <PallwickMac/Platform/DesktopPlatform.h>
 #include <PallwickMac/Platform/ProgramIdentity.h>
 #include <PallwickMac/Views/ContentView.h>
 #include <PallwickMac/Views/ProgramStyle.h>
+#include <PallwickMac/Views/SettingsView.h>
 #include <PallwickMac/Views/SymbolIcon.h>
+#include <PallwickMac/Views/WindowContentSizeConfigurator.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QSettings>
+#include <QVBoxLayout>
 
 #include <utility>
 
@@ -38,19 +44,55 @@ PallwickMacApp::PallwickMacApp(std::unique_ptr<DesktopPlatform> platform,
     : platform_(std::move(platform)),
       model_(std::make_unique<AppModel>(*platform_, makePresetStore)),
       mainWindow_(std::make_unique<QMainWindow>()),
+      settingsWindow_(std::make_unique<QDialog>()),
       leave_(std::move(leave)) {
-    auto* content = new ContentView(*model_);
-    content->setMinimumSize(minimumContentSize);
-    mainWindow_->setCentralWidget(content);
-    mainWindow_->setWindowTitle(QStringLiteral("Pallwick"));
-    mainWindow_->setWindowIcon(programIcon());
-    mainWindow_->resize(minimumContentSize);
-    mainWindow_->installEventFilter(this);
-
+    makeMainWindow();
+    makeSettingsWindow();
+    makeMenus();
     connect(platform_.get(), &DesktopPlatform::disconnected, this, &PallwickMacApp::desktopLost);
 }
 
+void PallwickMacApp::makeMainWindow() {
+    auto* content = new ContentView(*model_);
+    mainWindow_->setCentralWidget(content);
+    mainWindow_->setWindowTitle(QStringLiteral("Pallwick"));
+    mainWindow_->setWindowIcon(programIcon());
+    mainWindow_->installEventFilter(this);
+}
+
+void PallwickMacApp::makeSettingsWindow() {
+    settingsWindow_->setWindowTitle(QStringLiteral("Pallwick Settings"));
+    settingsWindow_->setWindowIcon(programIcon());
+    auto* layout = new QVBoxLayout(settingsWindow_.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(new SettingsView);
+}
+
+void PallwickMacApp::makeMenus() {
+    QMenu* program = mainWindow_->menuBar()->addMenu(QStringLiteral("Pallwick"));
+    // Desktops name no key for settings; this one is what most programs use.
+    QAction* settings = program->addAction(QStringLiteral("Settings…"), this, &PallwickMacApp::showSettings);
+    settings->setShortcut(Qt::CTRL | Qt::Key_Comma);
+    program->addSeparator();
+    QAction* quit = program->addAction(QStringLiteral("Quit"), mainWindow_.get(), &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+    for (QAction* action : {settings, quit}) {
+        action->setShortcutContext(Qt::ApplicationShortcut);
+    }
+    mainWindow_->menuBar()->addMenu(new OverlayMenu(*model_, mainWindow_.get()));
+    // With the menus in place, for they are no part of the content.
+    new WindowContentSizeConfigurator(minimumContentSize, mainWindow_->centralWidget());
+}
+
+void PallwickMacApp::showSettings() {
+    settingsWindow_->show();
+    settingsWindow_->raise();
+    settingsWindow_->activateWindow();
+}
+
 PallwickMacApp::~PallwickMacApp() {
+    settingsWindow_.reset();
     mainWindow_.reset();
     model_.reset();
     // Closed panels let go of their surfaces in the next turn of the event loop; this is the last one that the platform

@@ -10,14 +10,15 @@
 #include <functional>
 #include <memory>
 
+class QDialog;
 class QMainWindow;
 
 namespace pallwick {
 
 class DesktopPlatform;
 
-/// The program: owns the platform, the one model and the main window, and knows them all. Needs the toolkit's
-/// application object.
+/// The program: owns the platform, the one model, the main window and the settings window, and knows them all. Needs
+/// the toolkit's application object.
 class PallwickMacApp final : public QObject {
     Q_OBJECT
 
@@ -33,6 +34,7 @@ public:
 
     [[nodiscard]] AppModel& model() { return *model_; }
     [[nodiscard]] QMainWindow& mainWindow() { return *mainWindow_; }
+    [[nodiscard]] QDialog& settingsWindow() { return *settingsWindow_; }
 
     /// Shows the main window and runs until the program ends. The exit code: 0 after the main window was closed, 1
     /// after the desktop was lost.
@@ -42,6 +44,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void makeMainWindow();
+    void makeSettingsWindow();
+    void makeMenus();
+    void showSettings();
     void desktopLost(const QString& reason);
 
     AppDelegate appDelegate_;
@@ -49,6 +55,7 @@ private:
     std::unique_ptr<DesktopPlatform> platform_;
     std::unique_ptr<AppModel> model_;
     std::unique_ptr<QMainWindow> mainWindow_;
+    std::unique_ptr<QDialog> settingsWindow_;
     std::function<void(int status)> leave_;
     bool isDesktopLost_ = false;
 };

@@ -77,6 +77,14 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
             }
             return;
         }
+        case PE_PanelMenu:
+            // Fusion's frame is darker than the window, which on a dark one nobody sees.
+            painter->save();
+            painter->setPen(controlOutline(option->palette));
+            painter->setBrush(option->palette.color(QPalette::Base));
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            painter->restore();
+            return;
         case PE_FrameFocusRect:
             if (option->state.testFlag(State_KeyboardFocusChange)) {
                 drawFocusRing(*painter, option->rect, controlRadius, option->palette);
@@ -85,6 +93,18 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         default:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
+}
+
+void ProgramStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && item && item->menuItemType == QStyleOptionMenuItem::Separator &&
+        item->text.isEmpty()) {
+        const QRect& rect = item->rect;
+        painter->fillRect(rect.x() + 8, rect.center().y(), rect.width() - 16, 1, separatorColor(item->palette));
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,

@@ -4,7 +4,8 @@
 
 namespace pallwick {
 
-/// Fusion, which looks the same on every desktop and follows its palette, with flatter buttons and sliders.
+/// Fusion, which looks the same on every desktop and follows its palette, with flatter buttons and sliders and menus
+/// whose frame is to be seen on dark desktops too.
 class ProgramStyle final : public QProxyStyle {
     Q_OBJECT
 
@@ -13,6 +14,8 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;

@@ -9,10 +9,14 @@ pallwick_add_tests(pallwick-views-tests
         AppModelWindowTest.cpp
         ContentViewTest.cpp
         OverlayListViewTest.cpp
+        OverlayMenuTest.cpp
         PallwickMacAppTest.cpp
+        ProgramStyleTest.cpp
+        SettingsViewTest.cpp
         StyleInspectorViewTest.cpp
         SymbolIconTest.cpp
         WindowAttachmentSectionTest.cpp
+        WindowContentSizeConfiguratorTest.cpp
         ViewTestSupport.cpp
         ../support/TemporaryDirectory.cpp
     LIBRARIES pallwick-application-test-main pallwick-platform-fake pallwick-application Qt6::Test)

@@ -1,0 +1,34 @@
+#include <PallwickMac/Views/WindowContentSizeConfigurator.h>
+
+#include <QLayout>
+#include <QMainWindow>
+
+namespace pallwick {
+
+WindowContentSizeConfigurator::WindowContentSizeConfigurator(const QSize& minimumSize, QWidget* parent)
+    : QWidget(parent), minimumSize_(minimumSize) {
+    setFixedSize(0, 0);
+    configure();
+}
+
+void WindowContentSizeConfigurator::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    configure();
+}
+
+void WindowContentSizeConfigurator::configure() {
+    auto* window = qobject_cast<QMainWindow*>(this->window());
+    QWidget* content = window ? window->centralWidget() : nullptr;
+    if (!content) {
+        return;
+    }
+    content->setMinimumSize(minimumSize_);
+    // What is around the content takes its room only once it has been laid out.
+    window->layout()->activate();
+    const QSize missing = (minimumSize_ - content->size()).expandedTo({0, 0});
+    if (missing != QSize(0, 0)) {
+        window->resize(window->size() + missing);
+    }
+}
+
+}  // namespace pallwick

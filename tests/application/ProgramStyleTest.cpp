@@ -1,0 +1,48 @@
+#include "ViewTestSupport.h"
+
+#include <PallwickMac/Views/Appearance.h>
+
+#include <QImage>
+#include <QMenu>
+
+namespace pallwick {
+namespace {
+
+struct MenuScheme {
+    const char* name;
+    QPalette palette;
+};
+
+void PrintTo(const MenuScheme& scheme, std::ostream* stream) {
+    *stream << scheme.name;
+}
+
+class MenuLook : public ::testing::TestWithParam<MenuScheme> {};
+
+TEST_P(MenuLook, HasAFrameAndASeparatorToBeSeen) {
+    const ApplicationPalette palette(GetParam().palette);
+    QMenu menu;
+    menu.addAction(QStringLiteral("Save Display Preset"));
+    QAction* separator = menu.addSeparator();
+    menu.addAction(QStringLiteral("Save App Preset"));
+    menu.resize(menu.sizeHint());
+    const QImage image = menu.grab().toImage();
+
+    const auto colourAt = [&](int x, int y) { return image.pixelColor(x, y); };
+    const int middle = image.width() / 2;
+    const QColor ground = colourAt(3, 3);
+    EXPECT_GE(contrastRatio(colourAt(middle, 0), ground), 1.3);
+    EXPECT_GE(contrastRatio(colourAt(middle, image.height() - 1), ground), 1.3);
+    EXPECT_GE(contrastRatio(colourAt(0, image.height() / 2), ground), 1.3);
+    EXPECT_GE(contrastRatio(colourAt(image.width() - 1, image.height() / 2), ground), 1.3);
+    EXPECT_GE(contrastRatio(colourAt(middle, menu.actionGeometry(separator).center().y()), ground), 1.15);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, MenuLook,
+                         ::testing::Values(MenuScheme{"Light", QPalette(QColor(0xef, 0xef, 0xef))},
+                                           MenuScheme{"Dark", darkPalette()},
+                                           MenuScheme{"Black", QPalette(QColor(0x10, 0x10, 0x10))}),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+}  // namespace
+}  // namespace pallwick
