@@ -24,6 +24,8 @@ namespace pallwick {
 namespace {
 
 constexpr QSize minimumContentSize(760, 460);
+// Shows all of the inspector without a scroll bar, the line about an attached window too.
+constexpr QSize firstContentSize(760, 516);
 
 }  // namespace
 
@@ -82,6 +84,7 @@ void PallwickMacApp::makeMenus() {
     }
     mainWindow_->menuBar()->addMenu(new OverlayMenu(*model_, mainWindow_.get()));
     // With the menus in place, for they are no part of the content.
+    mainWindow_->resize(firstContentSize + QSize(0, mainWindow_->menuBar()->sizeHint().height()));
     new WindowContentSizeConfigurator(minimumContentSize, mainWindow_->centralWidget());
 }
 
