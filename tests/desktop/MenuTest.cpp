@@ -11,7 +11,7 @@ constexpr support::ExitStatus success{.code = 0, .signal = 0};
 
 class Menu : public testing::Test {
 protected:
-    Menu() : stage_(DesktopKind::openbox) { stage_.windows().activate(stage_.mainWindow()); }
+    Menu() : stage_(DesktopKind::openbox) { stage_.program().giveKeyboardTo(stage_.mainWindow()); }
 
     void pressControl(xcb_keysym_t key) { stage_.desktop().keyboard().press(key, {XK_Control_L}); }
 
@@ -38,12 +38,12 @@ TEST_F(Menu, OpensTheSettingsFromWhichItsKeysStillWork) {
     pressControl(XK_comma);
     const xcb_window_t settings = stage_.windows().awaitClient("Pallwick Settings");
     static_cast<void>(stage_.program().controls().await("label", "Overlay Behavior"));
-    stage_.windows().activate(settings);
+    stage_.program().giveKeyboardTo(settings);
 
     pressControl(XK_n);
     stage_.program().awaitOverlayCount(1);
 
-    stage_.windows().activate(settings);
+    stage_.program().giveKeyboardTo(settings);
     stage_.desktop().keyboard().press(XK_Escape);
     stage_.desktop().x().await("no settings window", [&] { return !stage_.windows().isViewable(settings); });
     stage_.program().awaitOverlayCount(1);

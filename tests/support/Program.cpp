@@ -101,6 +101,16 @@ bool Program::isOverlay(xcb_window_t window) {
         popups, [&](const char* popup) { return std::ranges::find(types, desktop_.x().atom(popup)) != types.end(); });
 }
 
+void Program::giveKeyboardTo(xcb_window_t window) {
+    desktop_.windows().activate(window);
+    const std::string title = desktop_.windows().title(window);
+    const auto isActive = [&](const Accessible& item) {
+        return item.name() == title && item.has(AccessibleState::active);
+    };
+    controls().awaitCondition("the keyboard in \"" + title + "\"",
+                              [&] { return !controls().application().findAll(isActive).empty(); });
+}
+
 std::vector<Program::Overlay> Program::overlays() {
     std::vector<Overlay> found;
     for (const xcb_window_t window : desktop_.windows().stacking()) {

@@ -51,6 +51,10 @@ public:
     /// The same for a push button.
     void click(const std::string& button) { click("push button", button); }
 
+    /// Activates one of its windows and returns once the program, too, takes it that it has the keyboard there: what is
+    /// typed earlier goes nowhere.
+    void giveKeyboardTo(xcb_window_t window);
+
     /// An overlay's window.
     struct Overlay {
         xcb_window_t window = noWindow;

@@ -155,14 +155,21 @@ void Tour::resize() {
 }
 
 void Tour::lock() {
-    desktop_.windows().activate(mainWindow_);
-    const support::Accessible button = program_->controls().await("push button", "Lock");
+    program_->giveKeyboardTo(mainWindow_);
+    support::AccessibleTree& controls = program_->controls();
+    const support::Accessible button = controls.await("push button", "Lock");
+    const auto focusedControl = [&] {
+        const auto focused = controls.application().findAll(
+            [](const support::Accessible& item) { return item.has(AccessibleState::focused); });
+        return focused.empty() ? std::string() : focused.front().name() + describe(focused.front().extents());
+    };
     // More than the window has controls.
     constexpr int mostTabs = 40;
     int tabs = 0;
-    while (!button.has(AccessibleState::focused) && tabs < mostTabs) {
+    for (; !button.has(AccessibleState::focused) && tabs < mostTabs; ++tabs) {
+        const std::string before = focusedControl();
         desktop_.keyboard().press(XK_Tab);
-        ++tabs;
+        controls.awaitCondition("the focus on the next control", [&] { return focusedControl() != before; });
     }
     record_.check(button.has(AccessibleState::focused), "the Tab key reaches Lock", std::to_string(tabs) + " tabs");
     desktop_.keyboard().press(XK_space);
