@@ -15,7 +15,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Put an overlay over a chat, a name or an account number, and share or record
-the screen: the overlay stays above every other window, on every workspace.
+the screen: the overlay stays above the windows of other programs, full-screen
+ones included, on every workspace.
 Overlays are rectangles or circles with a colour, an opacity and a glass
 effect of their own; they can follow the window of another application, and
 the whole list can be kept as a preset.
