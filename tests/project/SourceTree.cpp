@@ -10,7 +10,7 @@ namespace pallwick::test {
 std::vector<SourceFile> readSourceTree() {
     const std::filesystem::path root = PALLWICK_SOURCE_DIR;
     std::vector<SourceFile> files;
-    for (const char* folder : {"PallwickMacCore", "PallwickMac", "tests", "bench", "fuzz"}) {
+    for (const char* folder : {"PallwickMacCore", "PallwickMac", "data", "tests", "bench", "fuzz"}) {
         if (!std::filesystem::exists(root / folder)) {
             continue;
         }
