@@ -20,8 +20,8 @@ struct UserDirectories {
 };
 
 /// The directory in which programs keep the data of their user (freedesktop.org's base directory rules), which need not
-/// exist. An empty or relative path counts as none, as those rules demand for XDG_DATA_HOME. Throws `FileError` where no
-/// home directory is known.
+/// exist. An empty or relative path counts as none, as those rules demand for XDG_DATA_HOME. Throws `FileError` where
+/// no home directory is known.
 [[nodiscard]] std::filesystem::path applicationSupportDirectory(const UserDirectories& directories);
 
 }  // namespace pallwick

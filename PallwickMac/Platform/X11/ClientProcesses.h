@@ -36,7 +36,6 @@ public:
     [[nodiscard]] std::optional<std::int32_t> processOf(xcb_window_t window) const;
 
 private:
-
     const Connection& connection_;
     std::optional<xcb_res_query_client_ids_cookie_t> cookie_;
     /// By the part of a window's number that stands for its client.

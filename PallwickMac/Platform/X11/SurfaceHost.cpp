@@ -11,8 +11,8 @@ namespace {
 // One frame at 60 Hz.
 constexpr std::chrono::milliseconds shortestFrame{16};
 
-// What changes without end, a film or a log, is followed at 30 Hz after half a second: through frosted glass nobody sees
-// the difference, and it is half of the work.
+// What changes without end, a film or a log, is followed at 30 Hz after half a second: through frosted glass nobody
+// sees the difference, and it is half of the work.
 constexpr std::chrono::microseconds lastingFrame{33'333};
 constexpr int framesOfABurst = 15;
 
