@@ -267,15 +267,6 @@ TEST_F(ContentViewTest, PaintsNothingAtAPublishThatChangesNothingToSee) {
     EXPECT_THAT(paints.painted(), IsEmpty());
 }
 
-struct Scheme {
-    const char* name;
-    QPalette palette;
-};
-
-void PrintTo(const Scheme& scheme, std::ostream* stream) {
-    *stream << scheme.name;
-}
-
 class TextColorTest : public ::testing::TestWithParam<Scheme> {};
 
 TEST_P(TextColorTest, IsLegibleOnTheWindowAndOnTheSidebar) {

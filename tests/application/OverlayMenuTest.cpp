@@ -32,6 +32,12 @@ TEST_F(OverlayMenuTest, HasThreeEntriesWithAKeyEach) {
     EXPECT_EQ(action(2)->shortcut(), QKeySequence(QStringLiteral("Ctrl+Backspace")));
 }
 
+TEST_F(OverlayMenuTest, ActsOnceForAKeyThatIsHeldDown) {
+    for (const QAction* entry : menu.actions()) {
+        EXPECT_FALSE(entry->autoRepeat()) << entry->text().toStdString();
+    }
+}
+
 TEST_F(OverlayMenuTest, AddsAnOverlay) {
     action(0)->trigger();
 

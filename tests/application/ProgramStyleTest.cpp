@@ -8,16 +8,7 @@
 namespace pallwick {
 namespace {
 
-struct MenuScheme {
-    const char* name;
-    QPalette palette;
-};
-
-void PrintTo(const MenuScheme& scheme, std::ostream* stream) {
-    *stream << scheme.name;
-}
-
-class MenuLook : public ::testing::TestWithParam<MenuScheme> {};
+class MenuLook : public ::testing::TestWithParam<Scheme> {};
 
 TEST_P(MenuLook, HasAFrameAndASeparatorToBeSeen) {
     const ApplicationPalette palette(GetParam().palette);
@@ -39,9 +30,9 @@ TEST_P(MenuLook, HasAFrameAndASeparatorToBeSeen) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Schemes, MenuLook,
-                         ::testing::Values(MenuScheme{"Light", QPalette(QColor(0xef, 0xef, 0xef))},
-                                           MenuScheme{"Dark", darkPalette()},
-                                           MenuScheme{"Black", QPalette(QColor(0x10, 0x10, 0x10))}),
+                         ::testing::Values(Scheme{"Light", QPalette(QColor(0xef, 0xef, 0xef))},
+                                           Scheme{"Dark", darkPalette()},
+                                           Scheme{"Black", QPalette(QColor(0x10, 0x10, 0x10))}),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace

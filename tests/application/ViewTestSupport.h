@@ -84,6 +84,14 @@ void showNow(QWidget& widget);
 /// A palette of light text on dark.
 [[nodiscard]] QPalette darkPalette();
 
+/// A palette to try a view with, by the name that its test has.
+struct Scheme {
+    const char* name;
+    QPalette palette;
+
+    friend void PrintTo(const Scheme& scheme, std::ostream* stream) { *stream << scheme.name; }
+};
+
 /// Sets the application's palette for as long as it lives.
 class ApplicationPalette {
 public:
