@@ -40,6 +40,22 @@ void apply(const Material& material, PixelImage& image) {
     }
 }
 
+PixelImage tinted(const PixelImage& image, std::uint8_t coverage, std::uint32_t tint) {
+    constexpr std::uint32_t whole = 255 * 255;
+    const std::uint32_t share = coverage * (255 - (tint >> 24));
+    PixelImage result(image.width, image.height);
+    std::ranges::transform(image.pixels, result.pixels.begin(), [share, tint](std::uint32_t pixel) {
+        std::uint32_t mixed = 0;
+        for (int shift = 0; shift < 32; shift += 8) {
+            const std::uint32_t channel = (pixel >> shift) & 0xFF;
+            const std::uint32_t colour = (tint >> shift) & 0xFF;
+            mixed |= std::min((channel * share + whole / 2) / whole + colour, 255U) << shift;
+        }
+        return mixed;
+    });
+    return result;
+}
+
 int downscaling(double sigma) {
     int factor = 1;
     // Below two and a half small pixels of sigma the steps of the interpolation begin to show.

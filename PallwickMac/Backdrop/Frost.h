@@ -23,6 +23,10 @@ struct Material {
 /// Applies the material to opaque pixels in place.
 void apply(const Material& material, PixelImage& image);
 
+/// What opaque `image`, at a coverage of 0 to 255 and beneath the premultiplied colour `tint`, lays over a picture:
+/// premultiplied, to be drawn over it in one step.
+[[nodiscard]] PixelImage tinted(const PixelImage& image, std::uint8_t coverage, std::uint32_t tint);
+
 /// How many times smaller than the screen the picture is that a Gaussian of `sigma` screen pixels is taken of: a power
 /// of two from 1 to 8. The smaller picture costs less, and what is lost of it is finer than the Gaussian leaves.
 [[nodiscard]] int downscaling(double sigma);

@@ -123,6 +123,26 @@ TEST(FrostMaterial, KeepsSaturatedColoursWithinTheirRange) {
     EXPECT_EQ(image.pixels[1] & 0xFF, 0xFFU);
 }
 
+TEST(FrostTint, IsLaidOverTheGlassAsIfEachWereDrawnInTurn) {
+    const PixelImage glass = picture(256, 1, [](int x, int) { return 0xFF000000U | static_cast<unsigned>(x) << 8; });
+    for (const std::uint32_t tint : {0x00000000U, 0x80402010U, 0xC0008000U, 0xFF123456U}) {
+        for (const int coverage : {0, 1, 90, 128, 254, 255}) {
+            const PixelImage mixed = tinted(glass, static_cast<std::uint8_t>(coverage), tint);
+            for (int x = 0; x < 256; ++x) {
+                const double share = coverage / 255.0 * (255 - (tint >> 24)) / 255.0;
+                const auto channel = [](std::uint32_t pixel, int shift) {
+                    return static_cast<double>((pixel >> shift) & 0xFF);
+                };
+                for (const int shift : {0, 8, 16, 24}) {
+                    EXPECT_NEAR(
+                        channel(mixed.pixels[static_cast<std::size_t>(x)], shift),
+                        channel(glass.pixels[static_cast<std::size_t>(x)], shift) * share + channel(tint, shift), 0.51);
+                }
+            }
+        }
+    }
+}
+
 TEST(FrostScale, NeverLeavesLessThanTwoAndAHalfPixelsOfSigma) {
     EXPECT_EQ(downscaling(4.9), 1);
     EXPECT_EQ(downscaling(5), 2);

@@ -464,6 +464,35 @@ TEST_P(Glass, ShowsWhatWasPaintedWhileItWasSwitchedOff) {
     expectSettledGlass(area, plain(60), halfBlurred);
 }
 
+TEST_P(Glass, IsNotPaintedForWhatAnOpaqueTintHides) {
+    const auto client = openStriped();
+    add({.blur = 60, .opacity = 100});
+    stage().lock();
+    stage().settle();
+    PaintCounter paints(stage().desktop().server().display(), overlay_.window);
+    const PixelRect middle{
+        .x = overlay_.rect.centre().x - 4, .y = overlay_.rect.centre().y - 4, .width = 8, .height = 8};
+    const auto small = openUnmanaged(middle, 255);
+    stage().settle();
+    static_cast<void>(paints.take());
+
+    fill(small->window(), middle, 60);
+    stage().settle();
+    EXPECT_EQ(paints.take(), 0);
+}
+
+TEST_P(Glass, ShowsWhatWasPaintedWhileItWasOpaque) {
+    const auto client = openStriped();
+    add({.blur = halfBlurred.blur, .opacity = 100});
+    stage().settle();
+    fill(client->window(), client->rect(), 60);
+    stage().settle();
+
+    stage().setStyle(halfBlurred.blur, halfBlurred.opacity);
+
+    expectSettledGlass(measured(client->rect()), plain(60), halfBlurred);
+}
+
 TEST_P(Glass, ShowsNothingSharperThanTheStyleSaysWhileASecretIsPaintedBeneath) {
     const auto client = openStriped();
     client->setColours(grey(255), grey(255));

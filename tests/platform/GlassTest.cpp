@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <QGuiApplication>
+#include <QPainter>
 
 #include <backdrop/Pictures.h>
 #include <backdrop/TrueGaussian.h>
@@ -44,7 +45,7 @@ protected:
         capture_ = std::make_unique<BackdropCapture>(*connection_, *layers_);
         glass_ = std::make_unique<Glass>(*connection_, *layers_, *capture_);
         panel_ = std::make_unique<SurfaceWindow>(*connection_);
-        const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_->xcb(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
         layers_->setActive(true);
     }
@@ -98,17 +99,22 @@ protected:
         awaitStranger();
     }
 
+    [[nodiscard]] Glass& glass() { return *glass_; }
+
+    void capture(const PixelRect& area, double sigma, bool sharp = true) {
+        panel_->place(area);
+        EXPECT_TRUE(glass_->capture({.panel = panel_->id(),
+                                     .area = area,
+                                     .root = rootArea,
+                                     .sigma = sigma,
+                                     .material = clearGlass,
+                                     .sharp = sharp,
+                                     .topmost = std::nullopt}));
+    }
+
     /// What a panel over `area` shows: all of it frosted at that opacity, nothing drawn on top.
     PixelImage frosted(const PixelRect& area, double sigma, double opacity = 1) {
-        panel_->place(area);
-        const bool captured = glass_->capture({.panel = panel_->id(),
-                                               .area = area,
-                                               .root = rootArea,
-                                               .sigma = sigma,
-                                               .material = clearGlass,
-                                               .sharp = true,
-                                               .topmost = std::nullopt});
-        EXPECT_TRUE(captured);
+        capture(area, sigma);
         QImage mask(area.width, area.height, QImage::Format_Alpha8);
         mask.fill(static_cast<uint>(std::lround(255 * opacity)));
         glass_->setMask(mask);
@@ -152,6 +158,193 @@ private:
     std::unique_ptr<Glass> glass_;
     std::unique_ptr<SurfaceWindow> panel_;
 };
+
+/// A panel with rounded corners, a border and a control, as a person edits it.
+class DrawnGlass : public GlassTest, public testing::WithParamInterface<bool> {
+protected:
+    static constexpr PixelRect area{.x = 101, .y = 83, .width = 150, .height = 97};
+
+    DrawnGlass()
+        : mask_(area.width, area.height, QImage::Format_Alpha8),
+          drawing_(area.width, area.height, QImage::Format_ARGB32_Premultiplied) {
+        mask_.fill(0);
+        QPainter mask(&mask_);
+        mask.setRenderHint(QPainter::Antialiasing);
+        mask.setPen(Qt::NoPen);
+        mask.setBrush(QColor(0, 0, 0, 150));
+        mask.drawRoundedRect(QRectF(0, 0, area.width, area.height), 12, 12);
+        draw(QColor(20, 60, 120, 100));
+    }
+
+    void draw(const QColor& tint) {
+        drawing_.fill(Qt::transparent);
+        QPainter drawing(&drawing_);
+        drawing.setRenderHint(QPainter::Antialiasing);
+        drawing.setPen(QPen(QColor(255, 0, 0, 200), 2));
+        drawing.setBrush(tint);
+        drawing.drawRoundedRect(QRectF(1, 1, area.width - 2, area.height - 2), 12, 12);
+        drawing.setPen(Qt::NoPen);
+        drawing.setBrush(Qt::green);
+        drawing.drawEllipse(QPointF(30, 30), 13, 13);
+    }
+
+    void layDown(const PixelImage& image) {
+        if (GetParam()) {
+            const xcb_pixmap_t picture = makePixmap(image);
+            const xcb_window_t window = openAbove(0, false);
+            xcb_change_window_attributes(connection().xcb(), window, XCB_CW_BACK_PIXMAP, &picture);
+            xcb_clear_area(connection().xcb(), 0, window, 0, 0, 0, 0);
+            connection().flush();
+        } else {
+            setGround(image);
+        }
+    }
+
+    PixelImage composed() { return read(glass().compose(), area.width, area.height); }
+
+    /// Each channel worked out from the sharp picture, the frosted one, the mask and the drawing.
+    void expectComposed(const PixelImage& actual, const PixelImage& beneath, const PixelImage& frost, bool sharp) {
+        int worst = 0;
+        for (int y = 0; y < area.height; ++y) {
+            for (int x = 0; x < area.width; ++x) {
+                const std::uint32_t drawn = reinterpret_cast<const QRgb*>(drawing_.constScanLine(y))[x];
+                const double coverage = mask_.constScanLine(y)[x] / 255.0;
+                const double shown = 1 - qAlpha(drawn) / 255.0;
+                for (const int shift : {0, 8, 16, 24}) {
+                    const auto channel = [shift](std::uint32_t pixel) {
+                        return static_cast<double>((pixel >> shift) & 0xFF);
+                    };
+                    const double under = sharp ? channel(0xFF000000U | beneath.row(area.y + y)[area.x + x]) : 0;
+                    const double glass = channel(frost.row(y)[x]) * coverage + under * (1 - coverage);
+                    const double expected = channel(drawn) + glass * shown;
+                    const auto error = static_cast<int>(std::abs(channel(actual.row(y)[x]) - expected) + 0.5);
+                    worst = std::max(worst, error);
+                }
+            }
+        }
+        EXPECT_LE(worst, 2);
+    }
+
+    QImage mask_;
+    QImage drawing_;
+};
+
+TEST_P(DrawnGlass, IsTheDrawingOverTheFrostOverTheSharpPicture) {
+    const PixelImage beneath = backdrop::text(rootArea.width, rootArea.height);
+    layDown(beneath);
+    const PixelImage frost = frosted(area, 20);
+
+    glass().setMask(mask_);
+    glass().setDrawing(drawing_);
+    const PixelImage first = composed();
+
+    expectComposed(first, beneath, frost, true);
+    EXPECT_TRUE(std::ranges::all_of(first.pixels, [](std::uint32_t pixel) { return pixel >> 24 == 0xFF; }));
+    // Two pictures are made in turns.
+    EXPECT_EQ(composed(), first);
+    EXPECT_EQ(composed(), first);
+}
+
+TEST_P(DrawnGlass, IsTheDrawingOverTheFrostAloneWhereACompositingManagerShowsTheRest) {
+    const PixelImage beneath = backdrop::text(rootArea.width, rootArea.height);
+    layDown(beneath);
+    const PixelImage frost = frosted(area, 20);
+
+    capture(area, 20, false);
+    glass().setMask(mask_);
+    glass().setDrawing(drawing_);
+    const PixelImage first = composed();
+
+    expectComposed(first, beneath, frost, false);
+    EXPECT_EQ(composed(), first);
+    EXPECT_EQ(composed(), first);
+}
+
+TEST_P(DrawnGlass, KeepsNothingOfTheDrawingBefore) {
+    const PixelImage beneath = backdrop::text(rootArea.width, rootArea.height);
+    layDown(beneath);
+    const PixelImage frost = frosted(area, 20);
+    glass().setMask(mask_);
+    draw(Qt::black);
+    glass().setDrawing(drawing_);
+    static_cast<void>(composed());
+    static_cast<void>(composed());
+
+    draw(QColor(200, 60, 120, 40));
+    glass().setDrawing(drawing_);
+
+    expectComposed(composed(), beneath, frost, true);
+    expectComposed(composed(), beneath, frost, true);
+}
+
+TEST_P(DrawnGlass, FollowsAnotherPictureBeneath) {
+    layDown(backdrop::noise(rootArea.width, rootArea.height));
+    static_cast<void>(frosted(area, 20));
+    glass().setMask(mask_);
+    glass().setDrawing(drawing_);
+    static_cast<void>(composed());
+    const PixelImage beneath = backdrop::text(rootArea.width, rootArea.height);
+    layDown(beneath);
+    handleEvents();
+
+    capture(area, 20);
+    const PixelImage now = composed();
+
+    expectComposed(now, beneath, frosted(area, 20), true);
+}
+
+INSTANTIATE_TEST_SUITE_P(Beneath, DrawnGlass, testing::Bool(), [](const testing::TestParamInfo<bool>& instance) {
+    return std::string(instance.param ? "oneWindow" : "theGround");
+});
+
+class HiddenBeneath : public GlassTest {
+protected:
+    static constexpr PixelRect area{.x = 20, .y = 20, .width = 360, .height = 264};
+    static constexpr PixelRect middle{.x = 190, .y = 140, .width = 10, .height = 10};
+
+    void showTint(const QColor& tint) {
+        capture(area, 20);
+        QImage mask(area.width, area.height, QImage::Format_Alpha8);
+        mask.fill(128);
+        glass().setMask(mask);
+        QImage drawing(area.width, area.height, QImage::Format_ARGB32_Premultiplied);
+        drawing.fill(Qt::transparent);
+        QPainter(&drawing).fillRect(QRect(1, 1, area.width - 2, area.height - 2), tint);
+        glass().setDrawing(drawing);
+        static_cast<void>(glass().compose());
+    }
+};
+
+TEST_F(HiddenBeneath, IsNoChangeFartherFromTheEdgeThanTheBlurReaches) {
+    const xcb_window_t window = openAbove(0x3366CC, false);
+    showTint(Qt::black);
+
+    EXPECT_FALSE(glass().noteChange(window, middle));
+    EXPECT_TRUE(glass().hasHiddenChanges());
+    // The blur of the rim reaches sixty pixels far.
+    EXPECT_TRUE(glass().noteChange(window, {.x = 70, .y = 140, .width = 2, .height = 2}));
+    EXPECT_TRUE(glass().noteChange(window, {.x = 70, .y = 140, .width = 200, .height = 2}));
+}
+
+TEST_F(HiddenBeneath, IsForgottenAtTheNextCapture) {
+    const xcb_window_t window = openAbove(0x3366CC, false);
+    showTint(Qt::black);
+    EXPECT_FALSE(glass().noteChange(window, middle));
+
+    showTint(Qt::black);
+
+    EXPECT_FALSE(glass().hasHiddenChanges());
+}
+
+TEST_F(HiddenBeneath, IsNothingOnceTheTintIsTranslucent) {
+    const xcb_window_t window = openAbove(0x3366CC, false);
+    showTint(Qt::black);
+
+    showTint(QColor(0, 0, 0, 200));
+
+    EXPECT_TRUE(glass().noteChange(window, middle));
+    EXPECT_FALSE(glass().hasHiddenChanges());
+}
 
 struct Case {
     std::string name;

@@ -2,6 +2,7 @@
 #include <xcb/shape.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace pallwick::x11 {
 
@@ -54,6 +55,24 @@ std::optional<BackdropCapture::Contents> BackdropCapture::contents(xcb_window_t 
     return contents;
 }
 
+std::optional<BackdropCapture::Source> BackdropCapture::onlySource(const Contents& contents, const PixelRect& area) {
+    // Contents begin with an opaque window that covers the whole area where they have no ground.
+    if (contents.hasGround || contents.windows.size() != 1) {
+        return std::nullopt;
+    }
+    std::vector<WindowLayer>& layers = layers_.layers();
+    const auto layer = std::ranges::find(layers, contents.windows.front().window, &WindowLayer::window);
+    if (layer == layers.end()) {
+        return std::nullopt;
+    }
+    std::shared_ptr<const WindowPixels> pixels = layers_.pixelsOf(*layer);
+    if (!pixels) {
+        return std::nullopt;
+    }
+    layers_.acknowledgeDamage(layer->window);
+    return Source{.pixels = std::move(pixels), .origin = {.x = area.x - layer->area.x, .y = area.y - layer->area.y}};
+}
+
 void BackdropCapture::draw(const Contents& contents, const PixelRect& area, xcb_render_picture_t target) {
     // Before they are drawn: what changes from then on is told again, though it lies where changes were told before.
     for (const Contents::Window& window : contents.windows) {
@@ -94,9 +113,9 @@ void BackdropCapture::drawGround(xcb_pixmap_t ground, const PixelRect& area, xcb
 
 void BackdropCapture::drawLayer(WindowLayer& layer, const PixelRect& area, xcb_render_picture_t target) {
     xcb_connection_t* xcb = connection_.xcb();
-    const xcb_render_picture_t picture = layers_.pictureOf(layer);
+    const std::shared_ptr<const WindowPixels> pixels = layers_.pixelsOf(layer);
     const PixelRect part = layer.area.intersected(area);
-    if (picture == XCB_NONE || part.isEmpty()) {
+    if (!pixels || part.isEmpty()) {
         return;
     }
     PictureHandle opacity;
@@ -114,7 +133,7 @@ void BackdropCapture::drawLayer(WindowLayer& layer, const PixelRect& area, xcb_r
                                            static_cast<std::int16_t>(layer.area.x + layer.borderWidth - area.x),
                                            static_cast<std::int16_t>(layer.area.y + layer.borderWidth - area.y));
     }
-    xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, picture, opacity.id(), target,
+    xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, pixels->picture.id(), opacity.id(), target,
                          static_cast<std::int16_t>(part.x - layer.area.x),
                          static_cast<std::int16_t>(part.y - layer.area.y), 0, 0,
                          static_cast<std::int16_t>(part.x - area.x), static_cast<std::int16_t>(part.y - area.y),

@@ -4,6 +4,7 @@
 #include <PallwickMac/Platform/X11/PixelMapping.h>
 #include <PallwickMac/Platform/X11/WindowLayers.h>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -41,6 +42,17 @@ public:
     /// that window and all below it instead, for a panel on its way to the place above it.
     [[nodiscard]] std::optional<Contents> contents(xcb_window_t panel, const PixelRect& area,
                                                    std::optional<xcb_window_t> topmost = std::nullopt);
+
+    /// Where all of an area can be read without drawing anything first.
+    struct Source {
+        std::shared_ptr<const WindowPixels> pixels;
+        /// Of the area's top-left corner in them.
+        PixelPoint origin;
+    };
+
+    /// The pixels of the one window that `contents` are made of; none where it takes more than one. Whoever reads them
+    /// leaves their picture without a transformation.
+    [[nodiscard]] std::optional<Source> onlySource(const Contents& contents, const PixelRect& area);
 
     /// Draws `contents` into `target`, whose top-left corner is that of `area`.
     void draw(const Contents& contents, const PixelRect& area, xcb_render_picture_t target);

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <string_view>
+#include <utility>
 
 namespace pallwick::x11 {
 
@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::uint8_t captureDepth = 24;
 constexpr std::uint8_t drawingDepth = 32;
-
-xcb_render_fixed_t toFixed(double value) {
-    return static_cast<xcb_render_fixed_t>(std::lround(value * 65536));
-}
 
 int floorToMultiple(int value, int multiple) {
     return static_cast<int>(std::floor(static_cast<double>(value) / multiple)) * multiple;
@@ -32,6 +28,10 @@ PixelRect alignedToGrid(const PixelRect& area, int factor) {
             .height = floorToMultiple(area.maxY() + factor - 1, factor) - y};
 }
 
+bool contains(const PixelRect& outer, const PixelRect& inner) {
+    return outer.intersected(inner) == inner;
+}
+
 PixelRect grown(const PixelRect& area, int distance) {
     return {.x = area.x - distance,
             .y = area.y - distance,
@@ -43,14 +43,31 @@ std::uint16_t size16(int size) {
     return static_cast<std::uint16_t>(size);
 }
 
+void fill(xcb_connection_t* xcb, const Canvas& canvas, std::uint16_t alpha,
+          const std::vector<xcb_rectangle_t>& rectangles) {
+    const xcb_render_color_t black{.red = 0, .green = 0, .blue = 0, .alpha = alpha};
+    xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, canvas.picture(), black,
+                               static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+std::vector<xcb_rectangle_t> allOf(const Canvas& canvas) {
+    return toServer(std::array{PixelRect{.x = 0, .y = 0, .width = canvas.width(), .height = canvas.height()}});
+}
+
 }  // namespace
 
 Glass::Glass(const Connection& connection, WindowLayers& layers, BackdropCapture& capture)
     : connection_(connection), layers_(layers), capture_(capture) {}
 
 bool Glass::capture(const Request& request) {
+    // The capture may show elsewhere and through another glass.
+    if (request.sigma.has_value() != request_.sigma.has_value() || request.sharp != request_.sharp) {
+        tiles_.reset();
+    }
     request_ = request;
     contents_.reset();
+    onlyWindow_.reset();
+    hasHiddenChanges_ = false;
     factor_ = request.sigma ? backdrop::downscaling(*request.sigma) : 1;
     const int margin = request.sigma ? backdrop::blurMargin(*request.sigma) : 0;
     // What is off the screen is seen by nobody; a panel wholly off it needs no picture at all.
@@ -69,17 +86,27 @@ bool Glass::capture(const Request& request) {
     if (!contents_) {
         return false;
     }
-    resize(beneath_, capturedArea_.width, capturedArea_.height, captureDepth, layers_.formats().rgb24());
-    capture_.draw(*contents_, capturedArea_, beneath_.picture.id());
+    // Beyond the screen's edges the picture is mirrored, which takes one that ends there.
+    if (grid_ == capturedArea_) {
+        onlyWindow_ = capture_.onlySource(*contents_, capturedArea_);
+    }
+    if (!onlyWindow_) {
+        beneath_.resize(connection_, capturedArea_.width, capturedArea_.height, captureDepth,
+                        layers_.formats().rgb24());
+        capture_.draw(*contents_, capturedArea_, beneath_.picture());
+    }
     return !request.sigma || frost(*request.sigma, request.material);
 }
 
 void Glass::forget() {
     contents_.reset();
     capturedArea_ = {};
+    onlyWindow_.reset();
     beneath_ = {};
     halves_ = {};
+    blurred_ = {};
     frosted_ = {};
+    tinted_ = {};
     wholes_ = {};
 }
 
@@ -87,142 +114,194 @@ bool Glass::isOutdated() {
     return contents_ && !capturedArea_.isEmpty() && capture_.contents(request_.panel, capturedArea_) != contents_;
 }
 
-bool Glass::dependsOn(xcb_window_t window, const PixelRect& area) const {
-    return contents_ && !capturedArea_.intersected(area).isEmpty() &&
-           std::ranges::find(contents_->windows, window, &BackdropCapture::Contents::Window::window) !=
-               contents_->windows.end();
+bool Glass::noteChange(xcb_window_t window, const PixelRect& area) {
+    const PixelRect changed = capturedArea_.intersected(area);
+    if (!contents_ || changed.isEmpty() ||
+        std::ranges::find(contents_->windows, window, &BackdropCapture::Contents::Window::window) ==
+            contents_->windows.end()) {
+        return false;
+    }
+    const PixelRect inWindow{.x = changed.x - request_.area.x,
+                             .y = changed.y - request_.area.y,
+                             .width = changed.width,
+                             .height = changed.height};
+    const bool hidden = contains(hidden_, inWindow);
+    hasHiddenChanges_ = hasHiddenChanges_ || hidden;
+    return !hidden;
+}
+
+Glass::Sharp Glass::sharp() const {
+    return onlyWindow_ ? Sharp{.picture = onlyWindow_->pixels->picture.id(), .origin = onlyWindow_->origin}
+                       : Sharp{.picture = beneath_.picture(), .origin = {}};
 }
 
 bool Glass::frost(double sigma, const backdrop::Material& material) {
     xcb_connection_t* xcb = connection_.xcb();
-    const Canvas* source = &beneath_;
+    const Sharp whole = sharp();
+    xcb_render_picture_t source = whole.picture;
+    xcb_pixmap_t smallest = onlyWindow_ ? onlyWindow_->pixels->pixmap.id() : beneath_.pixmap();
     // Beyond the screen's edges the picture goes on as its mirror image.
-    double x = grid_.x - capturedArea_.x;
-    double y = grid_.y - capturedArea_.y;
-    PixelRect smaller = grid_;
+    double x = whole.origin.x + grid_.x - capturedArea_.x;
+    double y = whole.origin.y + grid_.y - capturedArea_.y;
+    PixelRect smaller{.x = static_cast<int>(x), .y = static_cast<int>(y), .width = grid_.width, .height = grid_.height};
     std::size_t step = 0;
     for (int scale = 1; scale < factor_; scale *= 2, ++step) {
         smaller = {.x = 0, .y = 0, .width = smaller.width / 2, .height = smaller.height / 2};
         Canvas& half = halves_[step];
-        resize(half, smaller.width, smaller.height, captureDepth, layers_.formats().rgb24());
+        half.resize(connection_, smaller.width, smaller.height, captureDepth, layers_.formats().rgb24());
         // Halving three times keeps what one bilinear step by eight would skip over.
-        sample(*source, 2, x, y, XCB_RENDER_REPEAT_REFLECT);
-        xcb_render_composite(xcb, XCB_RENDER_PICT_OP_SRC, source->picture.id(), XCB_NONE, half.picture.id(), 0, 0, 0, 0,
-                             0, 0, size16(smaller.width), size16(smaller.height));
-        source = &half;
+        readFrom(xcb, source, 2, x, y, XCB_RENDER_REPEAT_REFLECT);
+        xcb_render_composite(xcb, XCB_RENDER_PICT_OP_SRC, source, XCB_NONE, half.picture(), 0, 0, 0, 0, 0, 0,
+                             size16(smaller.width), size16(smaller.height));
+        source = half.picture();
+        smallest = half.pixmap();
         x = 0;
         y = 0;
     }
-    const auto reply = own(xcb_get_image_reply(xcb,
-                                               xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, source->pixmap.id(), 0, 0,
-                                                             size16(source->width), size16(source->height), 0xFFFFFFFF),
-                                               nullptr));
-    backdrop::PixelImage image(source->width, source->height);
+    if (onlyWindow_) {
+        readFrom(xcb, whole.picture, 1, 0, 0, XCB_RENDER_REPEAT_NONE);
+    }
+    const auto reply = own(xcb_get_image_reply(
+        xcb,
+        xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, smallest, static_cast<std::int16_t>(smaller.x),
+                      static_cast<std::int16_t>(smaller.y), size16(smaller.width), size16(smaller.height), 0xFFFFFFFF),
+        nullptr));
+    backdrop::PixelImage image(smaller.width, smaller.height);
     const std::size_t bytes = image.pixels.size() * sizeof(std::uint32_t);
     if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < bytes) {
         return false;
     }
     std::memcpy(image.pixels.data(), xcb_get_image_data(reply.get()), bytes);
     // The server rounds down, both on the way here and when it enlarges.
-    image = backdrop::gaussianBlurred(image, backdrop::sigmaAtScale(sigma, factor_), backdrop::Rounding::up);
-    backdrop::apply(material, image);
-
-    // Opaque all the same: with an alpha channel, servers that draw by the processor enlarge it through the mask in
-    // vectors, and several times faster than without.
-    resize(frosted_, image.width, image.height, drawingDepth, layers_.formats().argb32());
-    putImage(xcb, frosted_.pixmap.id(), drawingDepth, image.width, image.height,
-             reinterpret_cast<const std::uint8_t*>(image.pixels.data()), image.width * 4);
+    blurred_ = backdrop::gaussianBlurred(image, backdrop::sigmaAtScale(sigma, factor_), backdrop::Rounding::up);
+    backdrop::apply(material, blurred_);
+    areFrostedOutdated_ = true;
     return true;
 }
 
 void Glass::setMask(const QImage& mask) {
-    resize(mask_, mask.width(), mask.height(), 8, layers_.formats().alpha8());
-    putImage(connection_.xcb(), mask_.pixmap.id(), 8, mask.width(), mask.height(), mask.constBits(),
+    mask_.resize(connection_, mask.width(), mask.height(), 8, layers_.formats().alpha8());
+    putImage(connection_.xcb(), mask_.pixmap(), 8, mask.width(), mask.height(), mask.constBits(),
              static_cast<int>(mask.bytesPerLine()));
+    maskSummary_ = summarised(mask);
+    tiles_.reset();
 }
 
 void Glass::setDrawing(const QImage& drawing) {
-    resize(drawing_, drawing.width(), drawing.height(), drawingDepth, layers_.formats().argb32());
-    putImage(connection_.xcb(), drawing_.pixmap.id(), drawingDepth, drawing.width(), drawing.height(),
-             drawing.constBits(), static_cast<int>(drawing.bytesPerLine()));
+    drawing_.resize(connection_, drawing.width(), drawing.height(), drawingDepth, layers_.formats().argb32());
+    putImage(connection_.xcb(), drawing_.pixmap(), drawingDepth, drawing.width(), drawing.height(), drawing.constBits(),
+             static_cast<int>(drawing.bytesPerLine()));
+    drawingSummary_ = summarised(drawing);
+    tiles_.reset();
+}
+
+void Glass::cutUp() {
+    tiles_ = tilesOf(drawing_.width(), drawing_.height(), drawingSummary_,
+                     request_.sigma ? std::optional(maskSummary_) : std::nullopt);
+    mixed_ = toServer(tiles_->mixed);
+    plain_ = toServer(tiles_->plain);
+    changing_ = toServer(tiles_->clear);
+    changing_.insert(changing_.end(), mixed_.begin(), mixed_.end());
+    changing_.insert(changing_.end(), plain_.begin(), plain_.end());
+    areFrostedOutdated_ = true;
+    for (Whole& whole : wholes_) {
+        whole.begun = false;
+    }
+    const auto largest = std::ranges::max_element(
+        tiles_->opaque, {}, [](const PixelRect& tile) { return std::int64_t{tile.width} * tile.height; });
+    // Beyond the blur's reach, and that of the pixels of the small picture that enlarging mixes.
+    const int reach = request_.sigma ? backdrop::blurMargin(*request_.sigma) + 2 * factor_ : 0;
+    hidden_ = largest == tiles_->opaque.end() ? PixelRect() : grown(*largest, -reach);
+    if (hidden_.isEmpty()) {
+        hidden_ = {};
+    }
+}
+
+void Glass::begin(Whole& whole) {
+    clipTo(connection_.xcb(), whole.canvas.picture(), allOf(whole.canvas));
+    xcb_render_composite(connection_.xcb(), XCB_RENDER_PICT_OP_SRC, drawing_.picture(), XCB_NONE,
+                         whole.canvas.picture(), 0, 0, 0, 0, 0, 0, size16(whole.canvas.width()),
+                         size16(whole.canvas.height()));
+    whole.begun = true;
+}
+
+void Glass::drawSharp(const Whole& whole, const PixelRect& visible) {
+    const PixelRect& area = request_.area;
+    const Sharp beneath = sharp();
+    clipTo(connection_.xcb(), whole.canvas.picture(), changing_);
+    if (!onlyWindow_) {
+        readFrom(connection_.xcb(), beneath.picture, 1, 0, 0, XCB_RENDER_REPEAT_NONE);
+    }
+    xcb_render_composite(connection_.xcb(), XCB_RENDER_PICT_OP_SRC, beneath.picture, XCB_NONE, whole.canvas.picture(),
+                         static_cast<std::int16_t>(beneath.origin.x + visible.x - capturedArea_.x),
+                         static_cast<std::int16_t>(beneath.origin.y + visible.y - capturedArea_.y), 0, 0,
+                         static_cast<std::int16_t>(visible.x - area.x), static_cast<std::int16_t>(visible.y - area.y),
+                         size16(visible.width), size16(visible.height));
+}
+
+void Glass::drawFrosted(const Whole& whole) {
+    xcb_connection_t* xcb = connection_.xcb();
+    const auto upload = [&](Canvas& canvas, const backdrop::PixelImage& image) {
+        // Opaque or not: with an alpha channel, servers that draw by the processor enlarge it in vectors, and several
+        // times faster than without.
+        canvas.resize(connection_, image.width, image.height, drawingDepth, layers_.formats().argb32());
+        putImage(xcb, canvas.pixmap(), drawingDepth, image.width, image.height,
+                 reinterpret_cast<const std::uint8_t*>(image.pixels.data()), image.width * 4);
+    };
+    const auto enlarge = [&](const Canvas& canvas, std::uint8_t operation, xcb_render_picture_t mask,
+                             const std::vector<xcb_rectangle_t>& tiles) {
+        readFrom(xcb, canvas.picture(), 1.0 / factor_, static_cast<double>(request_.area.x - grid_.x) / factor_,
+                 static_cast<double>(request_.area.y - grid_.y) / factor_, XCB_RENDER_REPEAT_PAD);
+        clipTo(xcb, whole.canvas.picture(), tiles);
+        xcb_render_composite(xcb, operation, canvas.picture(), mask, whole.canvas.picture(), 0, 0, 0, 0, 0, 0,
+                             size16(whole.canvas.width()), size16(whole.canvas.height()));
+    };
+    if (std::exchange(areFrostedOutdated_, false)) {
+        if (!mixed_.empty()) {
+            upload(frosted_, blurred_);
+        }
+        if (!plain_.empty()) {
+            upload(tinted_, backdrop::tinted(blurred_, tiles_->coverage, tiles_->tint));
+        }
+    }
+    if (!mixed_.empty()) {
+        enlarge(frosted_, XCB_RENDER_PICT_OP_OVER, mask_.picture(), mixed_);
+    }
+    if (!plain_.empty()) {
+        enlarge(tinted_, request_.sharp ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC, XCB_NONE, plain_);
+    }
 }
 
 xcb_pixmap_t Glass::compose() {
     xcb_connection_t* xcb = connection_.xcb();
-    const PixelRect& area = request_.area;
-    Canvas& whole = wholes_[nextWhole_];
+    if (!tiles_) {
+        cutUp();
+    }
+    Whole& whole = wholes_[nextWhole_];
     nextWhole_ = 1 - nextWhole_;
-    resize(whole, drawing_.width, drawing_.height, drawingDepth, layers_.formats().argb32());
-    const std::uint16_t width = size16(whole.width);
-    const std::uint16_t height = size16(whole.height);
-    const PixelRect visible = area.intersected(capturedArea_);
-    const bool drawnAllOver = request_.sharp && visible == area;
-    if (!drawnAllOver) {
+    if (whole.canvas.resize(connection_, drawing_.width(), drawing_.height(), drawingDepth,
+                            layers_.formats().argb32()) ||
+        !whole.begun) {
+        begin(whole);
+    }
+    const bool frosted = request_.sigma && !capturedArea_.isEmpty();
+    const std::vector<xcb_rectangle_t>& drawn = frosted ? mixed_ : changing_;
+    const PixelRect visible = request_.area.intersected(capturedArea_);
+    if (!request_.sharp || visible != request_.area) {
         // Off the screen, black: nobody sees it, and clear pixels must not be left where nothing else is drawn.
-        const xcb_rectangle_t everything{.x = 0, .y = 0, .width = width, .height = height};
-        const xcb_render_color_t start{
-            .red = 0, .green = 0, .blue = 0, .alpha = static_cast<std::uint16_t>(request_.sharp ? 0xFFFF : 0)};
-        xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, whole.picture.id(), start, 1, &everything);
+        clipTo(xcb, whole.canvas.picture(), allOf(whole.canvas));
+        fill(xcb, whole.canvas, request_.sharp ? 0xFFFF : 0, request_.sharp ? changing_ : drawn);
     }
-    if (!capturedArea_.isEmpty()) {
-        if (request_.sharp) {
-            sample(beneath_, 1, 0, 0, XCB_RENDER_REPEAT_NONE);
-            xcb_render_composite(xcb, XCB_RENDER_PICT_OP_SRC, beneath_.picture.id(), XCB_NONE, whole.picture.id(),
-                                 static_cast<std::int16_t>(visible.x - capturedArea_.x),
-                                 static_cast<std::int16_t>(visible.y - capturedArea_.y), 0, 0,
-                                 static_cast<std::int16_t>(visible.x - area.x),
-                                 static_cast<std::int16_t>(visible.y - area.y), size16(visible.width),
-                                 size16(visible.height));
-        }
-        if (request_.sigma) {
-            sample(frosted_, 1.0 / factor_, static_cast<double>(area.x - grid_.x) / factor_,
-                   static_cast<double>(area.y - grid_.y) / factor_, XCB_RENDER_REPEAT_PAD);
-            xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, frosted_.picture.id(), mask_.picture.id(),
-                                 whole.picture.id(), 0, 0, 0, 0, 0, 0, width, height);
-        }
+    if (request_.sharp && !visible.isEmpty()) {
+        drawSharp(whole, visible);
     }
-    xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, drawing_.picture.id(), XCB_NONE, whole.picture.id(), 0, 0, 0, 0,
-                         0, 0, width, height);
-    return whole.pixmap.id();
-}
-
-void Glass::resize(Canvas& canvas, int width, int height, std::uint8_t depth, xcb_render_pictformat_t format) {
-    if (canvas.pixmap && canvas.width == width && canvas.height == height) {
-        return;
+    if (frosted) {
+        drawFrosted(whole);
     }
-    xcb_connection_t* xcb = connection_.xcb();
-    canvas.picture = {};
-    canvas.pixmap = PixmapHandle(xcb, xcb_generate_id(xcb));
-    xcb_create_pixmap(xcb, depth, canvas.pixmap.id(), connection_.root(), size16(width), size16(height));
-    canvas.picture = PictureHandle(xcb, xcb_generate_id(xcb));
-    xcb_render_create_picture(xcb, canvas.picture.id(), canvas.pixmap.id(), format, 0, nullptr);
-    // A new pixmap holds anything, even what some program showed long ago.
-    const xcb_rectangle_t everything{.x = 0, .y = 0, .width = size16(width), .height = size16(height)};
-    const xcb_render_color_t black{.red = 0, .green = 0, .blue = 0, .alpha = 0xFFFF};
-    xcb_render_fill_rectangles(xcb, XCB_RENDER_PICT_OP_SRC, canvas.picture.id(), black, 1, &everything);
-    canvas.width = width;
-    canvas.height = height;
-}
-
-void Glass::sample(const Canvas& source, double step, double x, double y, xcb_render_repeat_t beyond) {
-    xcb_connection_t* xcb = connection_.xcb();
-    const xcb_render_transform_t transform{.matrix11 = toFixed(step),
-                                           .matrix12 = 0,
-                                           .matrix13 = toFixed(x),
-                                           .matrix21 = 0,
-                                           .matrix22 = toFixed(step),
-                                           .matrix23 = toFixed(y),
-                                           .matrix31 = 0,
-                                           .matrix32 = 0,
-                                           .matrix33 = toFixed(1)};
-    constexpr std::string_view nearest = "nearest";
-    constexpr std::string_view bilinear = "bilinear";
-    const std::string_view filter = step == 1 ? nearest : bilinear;
-    const auto repeat = static_cast<std::uint32_t>(beyond);
-    xcb_render_set_picture_transform(xcb, source.picture.id(), transform);
-    xcb_render_set_picture_filter(xcb, source.picture.id(), static_cast<std::uint16_t>(filter.size()), filter.data(), 0,
-                                  nullptr);
-    xcb_render_change_picture(xcb, source.picture.id(), XCB_RENDER_CP_REPEAT, &repeat);
+    clipTo(xcb, whole.canvas.picture(), drawn);
+    xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, drawing_.picture(), XCB_NONE, whole.canvas.picture(), 0, 0, 0, 0,
+                         0, 0, size16(whole.canvas.width()), size16(whole.canvas.height()));
+    return whole.canvas.pixmap();
 }
 
 }  // namespace pallwick::x11

@@ -127,8 +127,7 @@ void SurfaceHost::updateBackdropTracking() {
 
 void SurfaceHost::panelChanged(const X11OverlaySurface& panel, const PixelRect& area) {
     for (X11OverlaySurface* surface : surfaces_) {
-        if (surface != &panel && surface->backdropDependsOn(panel.window(), area)) {
-            surface->setBackdropOutdated();
+        if (surface != &panel && surface->noteChangeBeneath(panel.window(), area)) {
             requestFrame();
         }
     }
@@ -145,8 +144,7 @@ void SurfaceHost::handleBackdropChange(const xcb_generic_event_t& event) {
         return;
     }
     for (X11OverlaySurface* surface : surfaces_) {
-        if (surface->backdropDependsOn(change.damaged, change.area)) {
-            surface->setBackdropOutdated();
+        if (surface->noteChangeBeneath(change.damaged, change.area)) {
             damagedWindows_.push_back(change.damaged);
             requestFrame();
         }

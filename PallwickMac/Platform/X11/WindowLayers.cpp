@@ -101,8 +101,7 @@ WindowLayer* WindowLayers::find(xcb_window_t window) {
 }
 
 void WindowLayers::forgetPixels(WindowLayer& layer) {
-    layer.picture = {};
-    layer.pixmap = {};
+    layer.pixels.reset();
     layer.revision = ++revisions_;
 }
 
@@ -346,15 +345,16 @@ void WindowLayers::refresh() {
     }
 }
 
-xcb_render_picture_t WindowLayers::pictureOf(WindowLayer& layer) {
-    if (!layer.picture && layer.format != XCB_NONE) {
+std::shared_ptr<const WindowPixels> WindowLayers::pixelsOf(WindowLayer& layer) {
+    if (!layer.pixels && layer.format != XCB_NONE) {
         xcb_connection_t* xcb = connection_.xcb();
-        layer.pixmap = PixmapHandle(xcb, xcb_generate_id(xcb));
-        xcb_composite_name_window_pixmap(xcb, layer.window, layer.pixmap.id());
-        layer.picture = PictureHandle(xcb, xcb_generate_id(xcb));
-        xcb_render_create_picture(xcb, layer.picture.id(), layer.pixmap.id(), layer.format, 0, nullptr);
+        PixmapHandle pixmap(xcb, xcb_generate_id(xcb));
+        xcb_composite_name_window_pixmap(xcb, layer.window, pixmap.id());
+        PictureHandle picture(xcb, xcb_generate_id(xcb));
+        xcb_render_create_picture(xcb, picture.id(), pixmap.id(), layer.format, 0, nullptr);
+        layer.pixels = std::make_shared<WindowPixels>(std::move(pixmap), std::move(picture));
     }
-    return layer.picture.id();
+    return layer.pixels;
 }
 
 void WindowLayers::acknowledgeDamage(xcb_window_t window) {

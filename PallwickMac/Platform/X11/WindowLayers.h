@@ -6,9 +6,17 @@
 #include <PallwickMac/Platform/X11/Resources.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace pallwick::x11 {
+
+/// A window's pixels as they are at any time, covered parts included, border and all. They stay readable while somebody
+/// holds on to them, as they last were, though the window be resized or closed.
+struct WindowPixels {
+    PixmapHandle pixmap;
+    PictureHandle picture;
+};
 
 /// One window of the screen as a layer of the picture that a person sees.
 struct WindowLayer {
@@ -29,9 +37,8 @@ struct WindowLayer {
     bool own = false;
     /// A window manager's client, or would be one if there were a window manager: the panels stay above it.
     bool client = false;
-    /// The window's pixels, covered parts included. Named at first use and again after a resize.
-    PixmapHandle pixmap;
-    PictureHandle picture;
+    /// Named at first use and again after a resize.
+    std::shared_ptr<const WindowPixels> pixels;
     DamageHandle damage;
     /// The server has told of damage and will not tell of more within the same bounds.
     bool damageReported = false;
@@ -74,8 +81,8 @@ public:
     /// The same, asked for again if `window`, which is ours and new, is not among them yet.
     [[nodiscard]] std::vector<WindowLayer>& layersWith(xcb_window_t window);
 
-    /// The pixels of a layer; none if the window has just vanished.
-    [[nodiscard]] xcb_render_picture_t pictureOf(WindowLayer& layer);
+    /// Null for a window that has none.
+    [[nodiscard]] std::shared_ptr<const WindowPixels> pixelsOf(WindowLayer& layer);
 
     /// The desktop's ground, a pixmap as large as the root or a tile of it. XCB_NONE where nobody has left one and a
     /// compositing manager draws a ground of its own.

@@ -166,8 +166,12 @@ void X11OverlaySurface::placeAnew() {
     }
 }
 
-bool X11OverlaySurface::backdropDependsOn(xcb_window_t window, const PixelRect& area) const {
-    return needsBackdrop() && glass_.dependsOn(window, area);
+bool X11OverlaySurface::noteChangeBeneath(xcb_window_t window, const PixelRect& area) {
+    if (!needsBackdrop() || !glass_.noteChange(window, area)) {
+        return false;
+    }
+    backdropOutdated_ = true;
+    return true;
 }
 
 void X11OverlaySurface::updateBackdrop() {
@@ -243,8 +247,17 @@ void X11OverlaySurface::display(const Placement& place, std::optional<xcb_window
         // Nobody tells of changes from now on, so that it would be out of date when it is needed again.
         forgetBackdrop();
     }
+    Picture picture{.drawing = content_.drawingState(),
+                    .layer = effectLayer_,
+                    .origin = place.origin,
+                    .width = place.area.width,
+                    .height = place.area.height,
+                    .scale = host_.mapping().scale(),
+                    .cover = shown_ ? shown_->cover : Picture::Cover::none};
+    bool drawsAnew = picture != shown_ || (needsDisplay_ && !picture.drawing);
     const Glass::Request request = captureRequest(place.area);
-    const bool needsCapture = needsBackdrop() && (backdropOutdated_ || capturedFor_ != request || below);
+    const bool needsCapture = needsBackdrop() && (backdropOutdated_ || capturedFor_ != request || below ||
+                                                  (drawsAnew && glass_.hasHiddenChanges()));
     if (needsCapture) {
         backdropOutdated_ = false;
         Glass::Request now = request;
@@ -254,14 +267,9 @@ void X11OverlaySurface::display(const Placement& place, std::optional<xcb_window
     const bool captured = needsBackdrop() && capturedFor_;
     bool changed = needsCapture || !hasPicture_ || captured != showsCapture_;
 
-    Picture picture{.drawing = content_.drawingState(),
-                    .layer = effectLayer_,
-                    .origin = place.origin,
-                    .width = place.area.width,
-                    .height = place.area.height,
-                    .scale = host_.mapping().scale(),
-                    .cover = coverAfter(captured)};
-    if (picture != shown_ || (needsDisplay_ && !picture.drawing)) {
+    picture.cover = coverAfter(captured);
+    drawsAnew = drawsAnew || picture != shown_;
+    if (drawsAnew) {
         glass_.setDrawing(render(picture));
         shown_ = std::move(picture);
         changed = true;
