@@ -5,6 +5,7 @@
 #include <xcb/shape.h>
 
 #include <array>
+#include <chrono>
 
 #include "PaintCounter.h"
 #include "SeenThroughGlass.h"
@@ -448,6 +449,30 @@ TEST_P(Glass, ShowsWhatIsPaintedAnewWithinTwoFramesOfItsDamage) {
 
     stage().settle();
     EXPECT_EQ(paints.take(), 0);
+}
+
+/// A slow machine makes fewer, so only too many can be wrong.
+TEST_P(Glass, ShowsAFilmBeneathItInThirtyPicturesASecond) {
+    using Clock = std::chrono::steady_clock;
+    const auto client = openStriped();
+    add(halfBlurred);
+    expectSettledGlass(measured(client->rect()), stripes(client->rect(), 255, 0), halfBlurred);
+    PaintCounter paints(stage().desktop().server().display(), overlay_.window);
+    constexpr std::chrono::milliseconds film{2000};
+    constexpr std::chrono::microseconds pictureTime{33'333};
+    constexpr auto burst = 15;
+
+    const Clock::time_point start = Clock::now();
+    Clock::duration elapsed{};
+    for (int level = 0; elapsed < film; level = 255 - level) {
+        fill(client->window(), client->rect(), level);
+        elapsed = Clock::now() - start;
+    }
+    const int pictures = paints.take();
+    elapsed = Clock::now() - start;
+
+    EXPECT_GE(pictures, 1);
+    EXPECT_LE(pictures, burst + static_cast<int>(elapsed / pictureTime) + 1);
 }
 
 TEST_P(Glass, ShowsWhatWasPaintedWhileItWasSwitchedOff) {
