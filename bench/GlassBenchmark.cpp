@@ -22,6 +22,10 @@ const std::string inOpenGL = "backend = \"glx\"; vsync = false; shadow = false; 
 const std::string gaussian = "blur: { method = \"gaussian\"; size = 60; deviation = 20; };\n";
 const std::string dualKawase = "blur: { method = \"dual_kawase\"; strength = 8; };\n";
 
+// Per cent. A new overlay is opaque: only its rim shows what is beneath.
+constexpr int translucent = 50;
+constexpr int opaque = 100;
+
 struct Cost {
     Load without;
     Load with;
@@ -38,14 +42,14 @@ Cost costOfCompositor(const std::string& configuration, const std::string& blur)
     return {.without = loadOfCompositor(configuration), .with = loadOfCompositor(configuration + blur)};
 }
 
-Cost costOfPanel(const std::string& compositor) {
+Cost costOfPanel(const std::string& compositor, int opacity = translucent) {
     GlassScene scene;
     if (!compositor.empty()) {
         scene.startCompositor(compositor);
     }
     GlassPanels panels(scene.desktop());
     const Load without = scene.load({panels.pid()});
-    const xcb_window_t panel = panels.show(1, GlassScene::panelRect).front().window;
+    const xcb_window_t panel = panels.show(1, GlassScene::panelRect, opacity).front().window;
     return {.without = without, .with = scene.load({panels.pid()}, panel)};
 }
 
@@ -84,6 +88,7 @@ void printComparison() {
     const Cost ours = costOfPanel({});
     const Comparison comparison(ours);
     comparison.print("Pallwick, no compositing manager", ours, "under 3 % more");
+    comparison.print("Pallwick, opaque as a new overlay is", costOfPanel({}, opaque), "");
     comparison.print("Pallwick under picom (XRender)", costOfPanel(onTheProcessor), "");
     comparison.print("picom, Gaussian of 20 pixels (XRender)", costOfCompositor(onTheProcessor, gaussian),
                      "at least 20x");
@@ -99,7 +104,7 @@ void printGrowth() {
     std::printf("|---|---|---|---|\n");
     for (const int count : {1, 2, 5, 10, 20}) {
         std::vector<xcb_window_t> windows;
-        for (const support::Program::Overlay& overlay : panels.show(count, GlassScene::panelRect)) {
+        for (const support::Program::Overlay& overlay : panels.show(count, GlassScene::panelRect, translucent)) {
             windows.push_back(overlay.window);
         }
         FrameCounter counter(scene.desktop().server().display(), windows);

@@ -33,7 +33,7 @@ GlassPanels::GlassPanels(support::PrivateDesktop& desktop) : desktop_(desktop), 
     choosePresetAction(saveDisplayPreset, "Display preset saved");
 }
 
-std::vector<support::Program::Overlay> GlassPanels::show(int count, const support::PixelRect& first) {
+std::vector<support::Program::Overlay> GlassPanels::show(int count, const support::PixelRect& first, int opacity) {
     const std::filesystem::path file = desktop_.dataHome() / "Pallwick" / "presets.json";
     std::ostringstream text;
     text << std::ifstream(file).rdbuf();
@@ -48,7 +48,7 @@ std::vector<support::Program::Overlay> GlassPanels::show(int count, const suppor
                                    .y = static_cast<double>(desktop_.x().rootRect().height - y - first.height),
                                    .width = static_cast<double>(first.width),
                                    .height = static_cast<double>(first.height)},
-                         .style = BlurStyle(60, "#204060", 50, true)}));
+                         .style = BlurStyle(60, "#204060", opacity, true)}));
     }
     std::ofstream(file) << encode(presets);
 

@@ -16,8 +16,8 @@ public:
     [[nodiscard]] pid_t pid() { return program_.process().pid(); }
 
     /// Shows panels of that size from `first` on, each a little further down and to the right, in place of those that
-    /// were there, and returns them once they are on the screen. They come from a preset.
-    std::vector<support::Program::Overlay> show(int count, const support::PixelRect& first);
+    /// were there, and returns them once they are on the screen. They come from a preset. Opacity in per cent.
+    std::vector<support::Program::Overlay> show(int count, const support::PixelRect& first, int opacity);
 
 private:
     void choosePresetAction(int row, const std::string& statusAfter);

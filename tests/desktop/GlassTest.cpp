@@ -670,6 +670,14 @@ class TranslucentBeneath : public testing::TestWithParam<DesktopKind>, protected
 protected:
     TranslucentBeneath() : GlassStage(GetParam()) {}
 
+    void makeHalfOpaque(xcb_window_t window) {
+        const std::uint32_t half = 0x80000000;
+        support::XConnection& x = stage().desktop().x();
+        xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, window, x.atom("_NET_WM_WINDOW_OPACITY"), XCB_ATOM_CARDINAL,
+                            32, 1, &half);
+        x.roundTrip();
+    }
+
     /// A window with an alpha channel, directly beneath the overlay. Colour and alpha are premultiplied.
     void openWithAlpha(const PixelRect& rect, std::uint32_t colour) {
         support::XConnection& x = stage().desktop().x();
@@ -718,18 +726,43 @@ TEST_P(TranslucentBeneath, IsSeenThroughTheGlassAsTranslucentAsItIs) {
     stage().lock();
     const auto visitor = openUnmanaged(client->rect(), 0);
     expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
-    const std::uint32_t half = 0x80000000;
-    support::XConnection& x = stage().desktop().x();
 
-    xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, visitor->window(), x.atom("_NET_WM_WINDOW_OPACITY"),
-                        XCB_ATOM_CARDINAL, 32, 1, &half);
-    x.roundTrip();
+    makeHalfOpaque(visitor->window());
 
     expectSettledGlass(measured(client->rect()), plain(127), halfBlurred);
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, TranslucentBeneath,
                          testing::Values(DesktopKind::openboxPicom, DesktopKind::xfwm4Compositing),
+                         [](const auto& instance) { return describe(instance.param); });
+
+/// Without a compositing manager nobody mixes colours, and windows that ask for it show as they are.
+class WouldBeTranslucentBeneath : public TranslucentBeneath {};
+
+TEST_P(WouldBeTranslucentBeneath, ShowsItsColoursWhateverTheAlphaChannelSays) {
+    const auto client = open(stage().secretRect(), 255, 255);
+    add(halfBlurred);
+    stage().lock();
+
+    openWithAlpha(client->rect(), 0x80202020);
+
+    expectSettledGlass(measured(client->rect()), plain(32), halfBlurred);
+    ASSERT_EQ(stage().desktop().screenshot().at({.x = client->rect().x + 4, .y = overlay_.rect.centre().y}), grey(32));
+}
+
+TEST_P(WouldBeTranslucentBeneath, IsSeenThroughTheGlassAsOpaqueAsItIs) {
+    const auto client = open(stage().secretRect(), 255, 255);
+    add(halfBlurred);
+    stage().lock();
+    const auto visitor = openUnmanaged(client->rect(), 0);
+    expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
+
+    makeHalfOpaque(visitor->window());
+
+    expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
+}
+
+INSTANTIATE_TEST_SUITE_P(Desktops, WouldBeTranslucentBeneath, testing::Values(DesktopKind::openbox, DesktopKind::xfwm4),
                          [](const auto& instance) { return describe(instance.param); });
 
 }  // namespace

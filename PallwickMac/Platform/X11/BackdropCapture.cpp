@@ -133,8 +133,9 @@ void BackdropCapture::drawLayer(WindowLayer& layer, const PixelRect& area, xcb_r
                                            static_cast<std::int16_t>(layer.area.x + layer.borderWidth - area.x),
                                            static_cast<std::int16_t>(layer.area.y + layer.borderWidth - area.y));
     }
-    xcb_render_composite(xcb, XCB_RENDER_PICT_OP_OVER, pixels->picture.id(), opacity.id(), target,
-                         static_cast<std::int16_t>(part.x - layer.area.x),
+    const bool mixed = !layer.opaque || layer.opacity != fullOpacity;
+    xcb_render_composite(xcb, mixed ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC, pixels->picture.id(),
+                         opacity.id(), target, static_cast<std::int16_t>(part.x - layer.area.x),
                          static_cast<std::int16_t>(part.y - layer.area.y), 0, 0,
                          static_cast<std::int16_t>(part.x - area.x), static_cast<std::int16_t>(part.y - area.y),
                          static_cast<std::uint16_t>(part.width), static_cast<std::uint16_t>(part.height));

@@ -87,7 +87,9 @@ xcb_pixmap_t WindowLayers::ground() {
 }
 
 void WindowLayers::setCompositing(bool compositing) {
-    compositing_ = compositing;
+    if (std::exchange(compositing_, compositing) != compositing) {
+        stale_ = true;
+    }
     forgetGround();
 }
 
@@ -286,7 +288,8 @@ void WindowLayers::refresh() {
             }
             layer.area = area;
             layer.borderWidth = geometry->border_width;
-            layer.opaque = geometry->depth != 32;
+            // Nobody else reads an alpha channel: the server shows such a window's colours as they are.
+            layer.opaque = !compositing_ || geometry->depth != 32;
             layer.client = attributes->override_redirect == 0;
             layer.own = connection_.isOwn(layer.window);
             layer.shaped = shape->bounding_shaped != 0;
@@ -316,7 +319,7 @@ void WindowLayers::refresh() {
             if (!drawable[request.rootChild] || isClient[request.rootChild]) {
                 continue;
             }
-            if (!opacity.empty()) {
+            if (compositing_ && !opacity.empty()) {
                 opacities[request.rootChild] = opacity.front();
             }
             if (!state.empty()) {

@@ -25,11 +25,12 @@ struct WindowLayer {
     PixelRect area;
     /// Seen now: viewable, neither minimised nor hidden, and on the current workspace.
     bool onScreen = false;
+    /// Its alpha channel counts for nothing, or it has none.
     bool opaque = false;
     bool shaped = false;
     int borderWidth = 0;
     xcb_render_pictformat_t format = XCB_NONE;
-    /// What the compositing manager is asked to draw it with, 0xFFFFFFFF for all.
+    /// What the compositing manager is asked to draw it with, 0xFFFFFFFF for all, and where there is none.
     std::uint32_t opacity = 0xFFFFFFFF;
     /// Another number whenever its pixels have to be named anew or it is to be drawn in another way.
     std::uint64_t revision = 0;
