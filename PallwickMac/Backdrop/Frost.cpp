@@ -82,8 +82,8 @@ PixelImage frosted(const PixelImage& image, double sigma, const Material& materi
     }
     const int factor = downscaling(sigma);
     const int margin = blurMargin(sigma);
-    PixelImage small = mirrored(image, margin, factor);
-    for (int scale = 1; scale < factor; scale *= 2) {
+    PixelImage small = factor > 1 ? mirroredAndHalved(image, margin, factor) : mirrored(image, margin, factor);
+    for (int scale = 2; scale < factor; scale *= 2) {
         small = halved(small);
     }
     small = gaussianBlurred(small, sigmaAtScale(sigma, factor));

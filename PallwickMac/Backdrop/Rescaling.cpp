@@ -84,25 +84,60 @@ int roundedUp(int value, int multiple) {
     return (value + multiple - 1) / multiple * multiple;
 }
 
+/// A picture continued by its mirror image beyond its edges, which is nowhere kept.
+class Mirror {
+public:
+    Mirror(const PixelImage& image, int margin, int multiple)
+        : image_(image),
+          margin_(margin),
+          width_(roundedUp(image.width + 2 * margin, multiple)),
+          height_(roundedUp(image.height + 2 * margin, multiple)),
+          left_(static_cast<std::size_t>(margin)),
+          right_(static_cast<std::size_t>(width_ - margin - image.width)) {
+        std::ranges::generate(left_, [&, x = -margin]() mutable { return mirroredPosition(x++, image.width); });
+        std::ranges::generate(right_, [&, x = image.width]() mutable { return mirroredPosition(x++, image.width); });
+    }
+
+    [[nodiscard]] int width() const { return width_; }
+    [[nodiscard]] int height() const { return height_; }
+
+    void copyRow(int y, std::uint32_t* target) const {
+        const std::uint32_t* source = image_.row(mirroredPosition(y - margin_, image_.height));
+        const auto pixelAt = [source](int x) { return source[x]; };
+        target = std::ranges::transform(left_, target, pixelAt).out;
+        target = std::copy_n(source, image_.width, target);
+        std::ranges::transform(right_, target, pixelAt);
+    }
+
+private:
+    const PixelImage& image_;
+    int margin_;
+    int width_;
+    int height_;
+    /// Where the pixels of the margins are found.
+    std::vector<int> left_;
+    std::vector<int> right_;
+};
+
+void halveRows(const std::uint32_t* upper, const std::uint32_t* lower, int width, std::uint32_t* target) {
+    const int pairs = width / 2;
+    for (int x = 0; x < pairs; ++x) {
+        target[x] = meanOfFour(upper[2 * x], upper[2 * x + 1], lower[2 * x], lower[2 * x + 1], x);
+    }
+    if (width % 2 != 0) {
+        const std::uint32_t above = upper[width - 1];
+        const std::uint32_t below = lower[width - 1];
+        target[pairs] = meanOfFour(above, above, below, below, pairs);
+    }
+}
+
 }  // namespace
 
 PixelImage mirrored(const PixelImage& image, int margin, int multiple) {
-    PixelImage large(roundedUp(image.width + 2 * margin, multiple), roundedUp(image.height + 2 * margin, multiple));
-    const auto middle = margin + image.width;
-    std::vector<int> left(static_cast<std::size_t>(margin));
-    std::vector<int> right(static_cast<std::size_t>(large.width - middle));
-    for (int x = 0; x < margin; ++x) {
-        left[static_cast<std::size_t>(x)] = mirroredPosition(x - margin, image.width);
-    }
-    for (int x = middle; x < large.width; ++x) {
-        right[static_cast<std::size_t>(x - middle)] = mirroredPosition(x - margin, image.width);
-    }
+    const Mirror mirror(image, margin, multiple);
+    PixelImage large(mirror.width(), mirror.height());
     for (int y = 0; y < large.height; ++y) {
-        const std::uint32_t* source = image.row(mirroredPosition(y - margin, image.height));
-        const auto pixelAt = [source](int x) { return source[x]; };
-        std::uint32_t* target = std::ranges::transform(left, large.row(y), pixelAt).out;
-        target = std::copy_n(source, image.width, target);
-        std::ranges::transform(right, target, pixelAt);
+        mirror.copyRow(y, large.row(y));
     }
     return large;
 }
@@ -110,18 +145,21 @@ PixelImage mirrored(const PixelImage& image, int margin, int multiple) {
 PixelImage halved(const PixelImage& image) {
     PixelImage half((image.width + 1) / 2, (image.height + 1) / 2);
     for (int y = 0; y < half.height; ++y) {
-        const std::uint32_t* upper = image.row(2 * y);
-        const std::uint32_t* lower = image.row(std::min(2 * y + 1, image.height - 1));
-        std::uint32_t* target = half.row(y);
-        const int pairs = image.width / 2;
-        for (int x = 0; x < pairs; ++x) {
-            target[x] = meanOfFour(upper[2 * x], upper[2 * x + 1], lower[2 * x], lower[2 * x + 1], x);
-        }
-        if (pairs < half.width) {
-            const std::uint32_t above = upper[image.width - 1];
-            const std::uint32_t below = lower[image.width - 1];
-            target[pairs] = meanOfFour(above, above, below, below, pairs);
-        }
+        halveRows(image.row(2 * y), image.row(std::min(2 * y + 1, image.height - 1)), image.width, half.row(y));
+    }
+    return half;
+}
+
+PixelImage mirroredAndHalved(const PixelImage& image, int margin, int multiple) {
+    const Mirror mirror(image, margin, multiple);
+    PixelImage half(mirror.width() / 2, mirror.height() / 2);
+    // Two rows at a time stay in the nearest cache; the whole larger picture would not.
+    std::vector<std::uint32_t> upper(static_cast<std::size_t>(mirror.width()));
+    std::vector<std::uint32_t> lower(upper.size());
+    for (int y = 0; y < half.height; ++y) {
+        mirror.copyRow(2 * y, upper.data());
+        mirror.copyRow(2 * y + 1, lower.data());
+        halveRows(upper.data(), lower.data(), mirror.width(), half.row(y));
     }
     return half;
 }

@@ -11,6 +11,9 @@ namespace pallwick::backdrop {
 /// Half as large in both directions, rounded up: each pixel the mean of four. Beyond an odd edge its pixels go on.
 [[nodiscard]] PixelImage halved(const PixelImage& image);
 
+/// Exactly `halved(mirrored(image, margin, multiple))` for an even `multiple`, in a fraction of the time.
+[[nodiscard]] PixelImage mirroredAndHalved(const PixelImage& image, int margin, int multiple);
+
 /// A region of `image` enlarged by `factor` with bilinear interpolation between the centres of its pixels; beyond an
 /// edge its pixels go on. `x`, `y`, `width` and `height` count enlarged pixels.
 [[nodiscard]] PixelImage enlarged(const PixelImage& image, int factor, int x, int y, int width, int height);

@@ -74,6 +74,16 @@ TEST(Mirroring, GoesToAndFroWhereTheMarginIsLargerThanThePicture) {
     EXPECT_EQ(firstRow(large), (std::vector{10, 10, 20, 20, 10, 10, 20, 20, 10, 10, 20, 20}));
 }
 
+TEST(Mirroring, IsTheSameWhenThePictureIsHalvedAtOnce) {
+    for (const int width : {1, 7, 64, 203}) {
+        const PixelImage image = noise(width, 41);
+        for (const int margin : {0, 3, 60}) {
+            EXPECT_EQ(mirroredAndHalved(image, margin, 8), halved(mirrored(image, margin, 8)))
+                << width << " " << margin;
+        }
+    }
+}
+
 TEST(Enlarging, InterpolatesBetweenTheCentresOfPixels) {
     PixelImage image(2, 1);
     image.pixels = {grey(0), grey(80)};
