@@ -177,6 +177,25 @@ protected:
         }
     }
 
+    struct Film {
+        int pictures = 0;
+        std::chrono::steady_clock::duration time{};
+    };
+
+    /// Paints a window anew as often as the server does it. A slow machine makes fewer pictures of that, so only too
+    /// many can be wrong.
+    Film showFilm(TestClient& client) {
+        using Clock = std::chrono::steady_clock;
+        constexpr std::chrono::milliseconds longEnough{2000};
+        PaintCounter paints(stage().desktop().server().display(), overlay_.window);
+        const Clock::time_point start = Clock::now();
+        for (int level = 0; Clock::now() - start < longEnough; level = 255 - level) {
+            fill(client.window(), client.rect(), level);
+        }
+        const int pictures = paints.take();
+        return {.pictures = pictures, .time = Clock::now() - start};
+    }
+
     /// Looks at every picture until the glass over `beneath` is right.
     void expectNothingSharperUntil(const PixelArea& area, const GreyPicture& beneath, const GlassStyle& style) {
         stage().watch(
@@ -460,28 +479,34 @@ TEST_P(Glass, ShowsWhatIsPaintedAnewWithinTwoFramesOfItsDamage) {
     EXPECT_EQ(paints.take(), 0);
 }
 
-/// A slow machine makes fewer, so only too many can be wrong.
 TEST_P(Glass, ShowsAFilmBeneathItInThirtyPicturesASecond) {
-    using Clock = std::chrono::steady_clock;
     const auto client = openStriped();
     add(halfBlurred);
     expectSettledGlass(measured(client->rect()), stripes(client->rect(), 255, 0), halfBlurred);
+
+    const Film film = showFilm(*client);
+
+    EXPECT_GE(film.pictures, 1);
+    EXPECT_LE(film.pictures, 15 + film.time / std::chrono::microseconds(33'333) + 1);
+}
+
+TEST_P(Glass, ShowsAFilmBeneathItsRimAloneInTenPicturesASecondAndTheLastOne) {
+    const auto client = openStriped();
+    add({.blur = 60, .opacity = 100});
+    const PixelPoint rim{.x = overlay_.rect.x, .y = overlay_.rect.centre().y};
     PaintCounter paints(stage().desktop().server().display(), overlay_.window);
-    constexpr std::chrono::milliseconds film{2000};
-    constexpr std::chrono::microseconds pictureTime{33'333};
-    constexpr auto burst = 15;
+    awaitRest(paints);
 
-    const Clock::time_point start = Clock::now();
-    Clock::duration elapsed{};
-    for (int level = 0; elapsed < film; level = 255 - level) {
-        fill(client->window(), client->rect(), level);
-        elapsed = Clock::now() - start;
-    }
-    const int pictures = paints.take();
-    elapsed = Clock::now() - start;
+    const Film film = showFilm(*client);
 
-    EXPECT_GE(pictures, 1);
-    EXPECT_LE(pictures, burst + static_cast<int>(elapsed / pictureTime) + 1);
+    EXPECT_GE(film.pictures, 1);
+    EXPECT_LE(film.pictures, film.time / std::chrono::milliseconds(100) + 2);
+    // The border of edit mode lies over the rim.
+    stage().lock();
+    fill(client->window(), client->rect(), 0);
+    stage().desktop().awaitPixels("a dark rim", [&](const Screenshot& screen) { return screen.at(rim).red < 40; });
+    fill(client->window(), client->rect(), 255);
+    stage().desktop().awaitPixels("a light rim", [&](const Screenshot& screen) { return screen.at(rim).red > 160; });
 }
 
 TEST_P(Glass, ShowsWhatWasPaintedWhileItWasSwitchedOff) {

@@ -15,6 +15,9 @@ namespace {
 constexpr std::uint8_t captureDepth = 24;
 constexpr std::uint8_t drawingDepth = 32;
 
+// Pixels. With the round corners of an overlay, at twice the scale too, and the cells that they are looked at in.
+constexpr int widestRim = 32;
+
 int floorToMultiple(int value, int multiple) {
     return static_cast<int>(std::floor(static_cast<double>(value) / multiple)) * multiple;
 }
@@ -37,6 +40,12 @@ PixelRect grown(const PixelRect& area, int distance) {
             .y = area.y - distance,
             .width = area.width + 2 * distance,
             .height = area.height + 2 * distance};
+}
+
+PixelRect largestOf(const std::vector<PixelRect>& rectangles) {
+    const auto largest = std::ranges::max_element(
+        rectangles, {}, [](const PixelRect& rectangle) { return std::int64_t{rectangle.width} * rectangle.height; });
+    return largest == rectangles.end() ? PixelRect() : *largest;
 }
 
 std::uint16_t size16(int size) {
@@ -207,14 +216,15 @@ void Glass::cutUp() {
     for (Whole& whole : wholes_) {
         whole.begun = false;
     }
-    const auto largest = std::ranges::max_element(
-        tiles_->opaque, {}, [](const PixelRect& tile) { return std::int64_t{tile.width} * tile.height; });
+    const PixelRect covered = largestOf(tiles_->opaque);
     // Beyond the blur's reach, and that of the pixels of the small picture that enlarging mixes.
     const int reach = request_.sigma ? backdrop::blurMargin(*request_.sigma) + 2 * factor_ : 0;
-    hidden_ = largest == tiles_->opaque.end() ? PixelRect() : grown(*largest, -reach);
+    hidden_ = grown(covered, -reach);
     if (hidden_.isEmpty()) {
         hidden_ = {};
     }
+    const PixelRect window{.x = 0, .y = 0, .width = drawing_.width(), .height = drawing_.height()};
+    showsOnlyItsRim_ = !covered.isEmpty() && contains(grown(covered, widestRim), window);
 }
 
 void Glass::begin(Whole& whole) {

@@ -41,6 +41,9 @@ public:
         friend bool operator==(const Request&, const Request&) = default;
     };
 
+    /// The drawing hides what lies beneath, but for a narrow rim and the corners.
+    [[nodiscard]] bool showsOnlyItsRim() const { return showsOnlyItsRim_; }
+
     /// Captures what lies beneath and keeps it for `compose`. False if that was impossible.
     [[nodiscard]] bool capture(const Request& request);
 
@@ -124,6 +127,7 @@ private:
     std::vector<xcb_rectangle_t> plain_;
     /// Window pixels that have no part in what is seen, neither sharp nor blurred.
     PixelRect hidden_;
+    bool showsOnlyItsRim_ = false;
     bool hasHiddenChanges_ = false;
     /// The one that is shown and the one to be drawn next.
     std::array<Whole, 2> wholes_;

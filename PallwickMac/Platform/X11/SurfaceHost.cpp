@@ -16,6 +16,9 @@ constexpr std::chrono::milliseconds shortestFrame{16};
 constexpr std::chrono::microseconds lastingFrame{33'333};
 constexpr int framesOfABurst = 15;
 
+// Nobody sees the colours of a rim a pixel wide change later than that.
+constexpr std::chrono::milliseconds rimFrame{100};
+
 // The stack guard needs a few round trips.
 constexpr std::chrono::milliseconds stackingTime{3};
 
@@ -128,7 +131,7 @@ void SurfaceHost::updateBackdropTracking() {
 void SurfaceHost::panelChanged(const X11OverlaySurface& panel, const PixelRect& area) {
     for (X11OverlaySurface* surface : surfaces_) {
         if (surface != &panel && surface->noteChangeBeneath(panel.window(), area)) {
-            requestFrame();
+            requestFrame(intervalFor(*surface));
         }
     }
 }
@@ -138,7 +141,7 @@ void SurfaceHost::handleBackdropChange(const xcb_generic_event_t& event) {
     if (change.structure) {
         // A raised window is above the panels for a moment: a picture of what lies beneath would be the wrong one, and
         // making it would keep the server from serving the stack guard.
-        requestFrame(stackingTime);
+        requestFrame(frameInterval_, stackingTime);
     }
     if (change.damaged == XCB_WINDOW_NONE) {
         return;
@@ -146,19 +149,24 @@ void SurfaceHost::handleBackdropChange(const xcb_generic_event_t& event) {
     for (X11OverlaySurface* surface : surfaces_) {
         if (surface->noteChangeBeneath(change.damaged, change.area)) {
             damagedWindows_.push_back(change.damaged);
-            requestFrame();
+            requestFrame(intervalFor(*surface));
         }
     }
 }
 
-void SurfaceHost::requestFrame(std::chrono::milliseconds delay) {
-    if (nextFrame_.isActive()) {
-        return;
-    }
+std::chrono::milliseconds SurfaceHost::intervalFor(const X11OverlaySurface& surface) const {
+    return surface.showsOnlyItsRim() ? std::max(rimFrame, frameInterval_) : frameInterval_;
+}
+
+void SurfaceHost::requestFrame(std::chrono::milliseconds interval, std::chrono::milliseconds delay) {
     // The first change after a pause is answered as soon as the events at hand are read.
-    const std::chrono::milliseconds elapsed(sinceFrame_.isValid() ? sinceFrame_.elapsed() : frameInterval_.count());
+    const std::chrono::milliseconds elapsed(sinceFrame_.isValid() ? sinceFrame_.elapsed() : interval.count());
     const auto pause = std::chrono::ceil<std::chrono::milliseconds>(lastingRate_.wait(RateLimit::Clock::now()));
-    nextFrame_.start(std::max({frameInterval_ - elapsed, delay, pause}));
+    const std::chrono::milliseconds wait = std::max({interval - elapsed, delay, pause});
+    if (!nextFrame_.isActive() || (isFrameForRims_ && wait < nextFrame_.remainingTimeAsDuration())) {
+        isFrameForRims_ = interval > frameInterval_;
+        nextFrame_.start(wait);
+    }
 }
 
 void SurfaceHost::renderFrame() {

@@ -78,7 +78,10 @@ private:
     void commit();
     void trustCompositing(bool trusted);
     void handleBackdropChange(const xcb_generic_event_t& event);
-    void requestFrame(std::chrono::milliseconds delay = std::chrono::milliseconds(0));
+    /// A frame no sooner than `delay` from now, and `interval` after the last one unless another request is in more of
+    /// a hurry.
+    void requestFrame(std::chrono::milliseconds interval, std::chrono::milliseconds delay = {});
+    [[nodiscard]] std::chrono::milliseconds intervalFor(const X11OverlaySurface& surface) const;
     void renderFrame();
 
     const Connection& connection_;
@@ -92,6 +95,8 @@ private:
     WindowLayers windowLayers_;
     BackdropCapture backdropCapture_;
     QTimer nextFrame_;
+    /// Nobody waits for the next frame but surfaces that show no more than their rims.
+    bool isFrameForRims_ = false;
     QElapsedTimer sinceFrame_;
     /// How many frames a second there are in the long run.
     RateLimit lastingRate_;

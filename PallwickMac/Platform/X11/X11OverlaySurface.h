@@ -52,6 +52,8 @@ public:
 
     /// Whether its picture shows what lies beneath by our own doing.
     [[nodiscard]] bool needsBackdrop() const { return visible_ && (showsEffect() || !host_.isCompositing()); }
+    /// Its own drawing hides what lies beneath, but for a rim.
+    [[nodiscard]] bool showsOnlyItsRim() const { return glass_.showsOnlyItsRim(); }
     /// That window's pixels have changed in `area` (root pixels). True if the backdrop is out of date for that.
     [[nodiscard]] bool noteChangeBeneath(xcb_window_t window, const PixelRect& area);
     /// Captures again if what lies beneath has changed.
