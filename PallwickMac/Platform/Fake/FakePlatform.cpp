@@ -136,6 +136,26 @@ void FakeOverlaySurface::cancelGesture() {
     }
 }
 
+FakeStatusItem::FakeStatusItem(FakePlatform& platform, StatusItemDescription description)
+    : platform_(platform), description_(std::move(description)) {
+    platform_.statusItem_ = this;
+}
+
+FakeStatusItem::~FakeStatusItem() {
+    platform_.statusItem_ = nullptr;
+}
+
+void FakeStatusItem::setIcon(const QIcon& icon) {
+    description_.icon = icon;
+    ++iconChanges_;
+}
+
+void FakeStatusItem::setShown(bool shown) {
+    if (std::exchange(shown_, shown) != shown) {
+        Q_EMIT shownChanged(shown);
+    }
+}
+
 FakePlatform::FakePlatform()
     : screens_{{.frame = {.x = 0, .y = 0, .width = 1440, .height = 900},
                 .visibleFrame = {.x = 0, .y = 25, .width = 1440, .height = 875},
@@ -151,6 +171,10 @@ FakePlatform::~FakePlatform() {
 
 std::unique_ptr<OverlaySurface> FakePlatform::makeOverlaySurface(OverlaySurfaceContent& content) {
     return std::make_unique<FakeOverlaySurface>(*this, content);
+}
+
+std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescription& description) {
+    return std::make_unique<FakeStatusItem>(*this, description);
 }
 
 std::vector<Rect> FakePlatform::screenFrames() const {
