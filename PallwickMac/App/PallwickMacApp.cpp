@@ -98,8 +98,11 @@ void PallwickMacApp::makeMenuBarExtra() {
 }
 
 void PallwickMacApp::showMainWindow(const ActivationToken& token) {
-    mainWindow_->setWindowState(mainWindow_->windowState() & ~Qt::WindowMinimized);
-    mainWindow_->show();
+    if (!mainWindow_->isVisible()) {
+        // It may have been closed while it was minimised.
+        mainWindow_->setWindowState(mainWindow_->windowState() & ~Qt::WindowMinimized);
+        mainWindow_->show();
+    }
     platform_->activate(*mainWindow_->windowHandle(), token);
 }
 

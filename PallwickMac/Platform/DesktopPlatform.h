@@ -89,8 +89,8 @@ public:
     /// Throws `PlatformUnavailable` where the other one does not answer within some seconds.
     [[nodiscard]] virtual bool claimInstance(const ActivationToken& token) = 0;
 
-    /// Brings a window of the program, already shown, before all others and gives it the keyboard, on whatever
-    /// workspace it is.
+    /// Brings a window of the program that is open, though it may be minimised or on any workspace, before all others
+    /// and gives it the keyboard.
     virtual void activate(QWindow& window, const ActivationToken& token) = 0;
 
 Q_SIGNALS:

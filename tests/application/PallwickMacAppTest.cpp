@@ -236,6 +236,15 @@ TEST_F(Reopening, BringsAMinimizedWindowBackAsItWas) {
     expectOpen();
 }
 
+TEST_F(Reopening, BringsAWindowBackThatWasClosedWhileMinimized) {
+    app->mainWindow().showMinimized();
+    app->mainWindow().close();
+
+    platform->startAgain(token);
+
+    expectOpen();
+}
+
 TEST_F(Reopening, BringsAnOpenWindowToTheFront) {
     platform->startAgain(token);
 
