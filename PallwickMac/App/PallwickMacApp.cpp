@@ -16,6 +16,7 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <utility>
 
@@ -38,6 +39,8 @@ void PallwickMacApp::prepareToolkit() {
     // so nothing is ever written.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     QApplication::setStyle(new ProgramStyle);
+    // Overlays and the menu-bar extra go on without any window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
 PallwickMacApp::PallwickMacApp(std::unique_ptr<DesktopPlatform> platform,
@@ -51,6 +54,8 @@ PallwickMacApp::PallwickMacApp(std::unique_ptr<DesktopPlatform> platform,
     makeMainWindow();
     makeSettingsWindow();
     makeMenus();
+    makeMenuBarExtra();
+    connect(platform_.get(), &DesktopPlatform::activationRequested, this, &PallwickMacApp::showMainWindow);
     connect(platform_.get(), &DesktopPlatform::disconnected, this, &PallwickMacApp::desktopLost);
 }
 
@@ -59,7 +64,6 @@ void PallwickMacApp::makeMainWindow() {
     mainWindow_->setCentralWidget(content);
     mainWindow_->setWindowTitle(QStringLiteral("Pallwick"));
     mainWindow_->setWindowIcon(programIcon());
-    mainWindow_->installEventFilter(this);
 }
 
 void PallwickMacApp::makeSettingsWindow() {
@@ -73,12 +77,12 @@ void PallwickMacApp::makeSettingsWindow() {
 
 void PallwickMacApp::makeMenus() {
     QMenu* program = mainWindow_->menuBar()->addMenu(QStringLiteral("Pallwick"));
-    // Desktops name no key for settings; this one is what most programs use.
+    // Not every desktop names keys for these; they are what most programs use.
     QAction* settings = program->addAction(QStringLiteral("Settings…"), this, &PallwickMacApp::showSettings);
     settings->setShortcut(Qt::CTRL | Qt::Key_Comma);
     program->addSeparator();
-    QAction* quit = program->addAction(QStringLiteral("Quit"), mainWindow_.get(), &QWidget::close);
-    quit->setShortcut(QKeySequence::Quit);
+    QAction* quit = program->addAction(QStringLiteral("Quit"), qApp, &QCoreApplication::quit);
+    quit->setShortcut(Qt::CTRL | Qt::Key_Q);
     for (QAction* action : {settings, quit}) {
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
@@ -88,6 +92,20 @@ void PallwickMacApp::makeMenus() {
     new WindowContentSizeConfigurator(minimumContentSize, mainWindow_->centralWidget());
 }
 
+void PallwickMacApp::makeMenuBarExtra() {
+    menuBarExtra_ = std::make_unique<MenuBarExtra>(*model_, *platform_, statusIcon());
+    connect(menuBarExtra_.get(), &MenuBarExtra::activated, this, &PallwickMacApp::showMainWindow);
+}
+
+void PallwickMacApp::showMainWindow(const ActivationToken& token) {
+    if (!mainWindow_->isVisible()) {
+        // It may have been closed while it was minimised.
+        mainWindow_->setWindowState(mainWindow_->windowState() & ~Qt::WindowMinimized);
+        mainWindow_->show();
+    }
+    platform_->activate(*mainWindow_->windowHandle(), token);
+}
+
 void PallwickMacApp::showSettings() {
     settingsWindow_->show();
     settingsWindow_->raise();
@@ -95,6 +113,7 @@ void PallwickMacApp::showSettings() {
 }
 
 PallwickMacApp::~PallwickMacApp() {
+    menuBarExtra_.reset();
     settingsWindow_.reset();
     mainWindow_.reset();
     model_.reset();
@@ -109,14 +128,6 @@ int PallwickMacApp::run() {
     }
     appDelegate_.applicationDidFinishLaunching(*mainWindow_);
     return QApplication::exec();
-}
-
-bool PallwickMacApp::eventFilter(QObject* watched, QEvent* event) {
-    // Panels are windows to the toolkit too; waiting for the last window would wait for ever.
-    if (watched == mainWindow_.get() && event->type() == QEvent::Close) {
-        QCoreApplication::exit(isDesktopLost_ ? 1 : 0);
-    }
-    return QObject::eventFilter(watched, event);
 }
 
 void PallwickMacApp::desktopLost(const QString& reason) {

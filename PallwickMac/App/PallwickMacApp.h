@@ -3,6 +3,7 @@
 #include <PallwickMac/App/AppDelegate.h>
 #include <PallwickMac/App/AppModel.h>
 #include <PallwickMac/App/LostDesktop.h>
+#include <PallwickMac/App/MenuBarExtra.h>
 
 #include <QCoreApplication>
 #include <QObject>
@@ -17,8 +18,11 @@ namespace pallwick {
 
 class DesktopPlatform;
 
-/// The program: owns the platform, the one model, the main window and the settings window, and knows them all. Needs
-/// the toolkit's application object.
+/// The program: owns the platform, the one model, the main window, the settings window and the menu-bar extra, and
+/// knows them all. Needs the toolkit's application object.
+///
+/// It lives until it is told to quit. Its windows may all be closed meanwhile: overlays and the menu-bar extra stay,
+/// and a click on the latter, or another start of the program, opens the main window again.
 class PallwickMacApp final : public QObject {
     Q_OBJECT
 
@@ -36,18 +40,19 @@ public:
     [[nodiscard]] QMainWindow& mainWindow() { return *mainWindow_; }
     [[nodiscard]] QDialog& settingsWindow() { return *settingsWindow_; }
 
-    /// Shows the main window and runs until the program ends. The exit code: 0 after the main window was closed, 1
-    /// after the desktop was lost.
-    [[nodiscard]] int run();
+    [[nodiscard]] MenuBarExtra& menuBarExtra() { return *menuBarExtra_; }
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    /// Shows the main window and runs until the program ends. The exit code: 0 after it was told to quit, 1 after the
+    /// desktop was lost.
+    [[nodiscard]] int run();
 
 private:
     void makeMainWindow();
     void makeSettingsWindow();
     void makeMenus();
+    void makeMenuBarExtra();
     void showSettings();
+    void showMainWindow(const ActivationToken& token);
     void desktopLost(const QString& reason);
 
     AppDelegate appDelegate_;
@@ -56,6 +61,7 @@ private:
     std::unique_ptr<AppModel> model_;
     std::unique_ptr<QMainWindow> mainWindow_;
     std::unique_ptr<QDialog> settingsWindow_;
+    std::unique_ptr<MenuBarExtra> menuBarExtra_;
     std::function<void(int status)> leave_;
     bool isDesktopLost_ = false;
 };

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <PallwickMac/Platform/ActivationToken.h>
 #include <PallwickMac/Platform/OverlaySurface.h>
+#include <PallwickMac/Platform/StatusItem.h>
 #include <PallwickMac/Platform/WindowRecord.h>
 #include <PallwickMacCore/Models/Geometry.h>
 
@@ -11,6 +13,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+class QWindow;
 
 namespace pallwick {
 
@@ -77,9 +81,24 @@ public:
     /// `content` is not owned and must outlive the surface.
     [[nodiscard]] virtual std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) = 0;
 
+    /// One at a time; it must go before the platform.
+    [[nodiscard]] virtual std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description) = 0;
+
+    /// Whether this process is the program's only one on this desktop, as it is from then on. Otherwise the other one
+    /// has been asked to come to the front, and has answered. To be called once, before anything is shown.
+    /// Throws `PlatformUnavailable` where the other one does not answer within some seconds.
+    [[nodiscard]] virtual bool claimInstance(const ActivationToken& token) = 0;
+
+    /// Brings a window of the program that is open, though it may be minimised or on any workspace, before all others
+    /// and gives it the keyboard.
+    virtual void activate(QWindow& window, const ActivationToken& token) = 0;
+
 Q_SIGNALS:
     /// Screens came, went, moved or changed their scale. Every surface has placed itself anew.
     void screensChanged();
+
+    /// The program was started once more and is wanted in front. Comes only after `claimInstance`.
+    void activationRequested(const pallwick::ActivationToken& token);
 
     /// The desktop is gone and nothing can be shown any more; `reason` is one sentence for the user.
     void disconnected(const QString& reason);

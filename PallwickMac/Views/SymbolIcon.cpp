@@ -106,6 +106,45 @@ private:
     std::optional<TextColor> color_;
 };
 
+/// The symbol drawn twice, first as a wide line in the colour of what it contrasts with.
+class StatusIconEngine final : public QIconEngine {
+public:
+    explicit StatusIconEngine(QByteArray drawing) : drawing_(std::move(drawing)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        const QPalette palette = QGuiApplication::palette();
+        painter->setRenderHint(QPainter::Antialiasing);
+        const QRectF square = centredSquare(rect);
+        paintLines(*painter, square, outlineWidth, palette.color(QPalette::Active, QPalette::Window));
+        paintLines(*painter, square, lineWidth, palette.color(QPalette::Active, QPalette::WindowText));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
+    }
+
+    [[nodiscard]] QIconEngine* clone() const override { return new StatusIconEngine(drawing_); }
+
+private:
+    // Of 24. Panels show icons as small as 16 pixels: there the line is a little more than one pixel wide, and its
+    // outline one on either side.
+    static constexpr double lineWidth = 1.9;
+    static constexpr double outlineWidth = 4.9;
+
+    void paintLines(QPainter& painter, const QRectF& square, double width, const QColor& color) const {
+        QByteArray lines = drawing_;
+        lines.replace("currentColor", color.name().toLatin1());
+        lines.replace("stroke-width=\"1.5\"", "stroke-width=\"" + QByteArray::number(width) + "\"");
+        QSvgRenderer(lines).render(&painter, square);
+    }
+
+    QByteArray drawing_;
+};
+
 }  // namespace
 
 SymbolIcon::SymbolIcon(Symbol symbol, const QWidget* host)
@@ -113,6 +152,10 @@ SymbolIcon::SymbolIcon(Symbol symbol, const QWidget* host)
 
 SymbolIcon::SymbolIcon(Symbol symbol, const QWidget* host, TextColor color)
     : QIcon(new SymbolIconEngine(drawing(fileName(symbol)), host, color)) {}
+
+QIcon statusIcon() {
+    return QIcon(new StatusIconEngine(drawing(fileName(Symbol::eyeSlash))));
+}
 
 QIcon programIcon() {
     return QIcon(new SymbolIconEngine(drawing(QStringLiteral("pallwick")), nullptr, std::nullopt));

@@ -37,6 +37,10 @@ public:
     SymbolIcon(Symbol symbol, const QWidget* host, TextColor color);
 };
 
+/// The symbol that stands for the program in a panel whose colour nobody knows: in the windows' text colour, with an
+/// outline in the windows' own colour, so that one of the two shows on any ground.
+[[nodiscard]] QIcon statusIcon();
+
 /// The program's icon, in colours of its own.
 [[nodiscard]] QIcon programIcon();
 

@@ -4,12 +4,17 @@
 #include <PallwickMac/Views/ProgramStyle.h>
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QColorDialog>
+#include <QDialog>
 #include <QFile>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QMetaObject>
 #include <QSettings>
 #include <QTest>
+#include <QTimer>
+#include <QWindow>
 
 #include <functional>
 #include <memory>
@@ -43,11 +48,24 @@ private:
     int& count_;
 };
 
-/// Says at its end how many of its surfaces are left.
+class EmptyStatusItem final : public StatusItem {
+public:
+    explicit EmptyStatusItem(int& count) : count_(count) { ++count_; }
+    ~EmptyStatusItem() override { --count_; }
+
+    void setIcon(const QIcon&) override {}
+    void setMenu(const std::vector<StatusItemEntry>&) override {}
+    [[nodiscard]] bool isShown() const override { return false; }
+
+private:
+    int& count_;
+};
+
+/// Says at its end how many of its surfaces and status items are left.
 class CountingPlatform final : public DesktopPlatform {
 public:
     explicit CountingPlatform(int& left) : left_(left) {}
-    ~CountingPlatform() override { left_ = surfaces_; }
+    ~CountingPlatform() override { left_ = surfaces_ + statusItems_; }
 
     [[nodiscard]] std::vector<Screen> screens() const override { return {}; }
     [[nodiscard]] std::vector<Rect> screenFrames() const override { return {}; }
@@ -60,10 +78,16 @@ public:
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent&) override {
         return std::make_unique<EmptySurface>(surfaces_);
     }
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription&) override {
+        return std::make_unique<EmptyStatusItem>(statusItems_);
+    }
+    [[nodiscard]] bool claimInstance(const ActivationToken&) override { return true; }
+    void activate(QWindow&, const ActivationToken&) override {}
 
 private:
     int& left_;
     int surfaces_ = 0;
+    int statusItems_ = 0;
 };
 
 class PallwickMacAppTest : public ::testing::Test {
@@ -99,39 +123,149 @@ TEST_F(PallwickMacAppTest, NamesTheProgram) {
     EXPECT_EQ(QGuiApplication::desktopFileName(), QStringLiteral("org.pallwick.Pallwick"));
 }
 
-TEST_F(PallwickMacAppTest, ShowsItsWindowInFrontAndEndsWhenItIsClosed) {
+TEST_F(PallwickMacAppTest, ShowsItsWindowInFront) {
     bool wasInFront = false;
     whileRunning([&] {
         wasInFront = QTest::qWaitForWindowActive(&app->mainWindow());
-        app->mainWindow().close();
+        QCoreApplication::quit();
     });
 
     EXPECT_EQ(app->run(), 0);
     EXPECT_TRUE(wasInFront);
 }
 
-TEST_F(PallwickMacAppTest, EndsWithItsWindowEvenWhileAnotherIsOpen) {
-    QWidget panel;
-    panel.show();
-    whileRunning([&] { app->mainWindow().close(); });
-
-    EXPECT_EQ(app->run(), 0);
-}
-
-TEST_F(PallwickMacAppTest, GoesOnWhenAnotherWindowIsClosed) {
-    QWidget other;
-    other.show();
+TEST_F(PallwickMacAppTest, GoesOnWithoutAnyWindow) {
     bool wentOn = false;
     whileRunning([&] {
-        other.close();
+        app->mainWindow().close();
+        // The toolkit would end the program by an event of its own.
         whileRunning([&] {
-            wentOn = true;
-            app->mainWindow().close();
+            whileRunning([&] {
+                wentOn = true;
+                QCoreApplication::quit();
+            });
         });
     });
 
     EXPECT_EQ(app->run(), 0);
     EXPECT_TRUE(wentOn);
+}
+
+TEST_F(PallwickMacAppTest, LetsEveryoneCloseItsWindow) {
+    showNow(app->mainWindow());
+    QCloseEvent close;
+
+    QCoreApplication::sendEvent(&app->mainWindow(), &close);
+
+    EXPECT_TRUE(close.isAccepted());
+}
+
+TEST_F(PallwickMacAppTest, KeepsItsOverlaysWhenItsWindowIsClosed) {
+    showNow(app->mainWindow());
+    app->model().addOverlay();
+
+    app->mainWindow().close();
+    app->model().addOverlay();
+
+    ASSERT_THAT(platform->surfaces(), ::testing::SizeIs(2));
+    EXPECT_TRUE(platform->surfaces().front()->isVisible());
+    EXPECT_TRUE(platform->surfaces().back()->isVisible());
+}
+
+TEST_F(PallwickMacAppTest, QuitsFromItsMenuWhateverElseIsOpen) {
+    QWidget panel;
+    panel.show();
+    const QList<QAction*> program = app->mainWindow().menuBar()->actions().front()->menu()->actions();
+    whileRunning([&] { program.back()->trigger(); });
+
+    EXPECT_EQ(program.back()->text(), QStringLiteral("Quit"));
+    EXPECT_EQ(program.back()->shortcut(), QKeySequence(QStringLiteral("Ctrl+Q")));
+    EXPECT_EQ(app->run(), 0);
+}
+
+TEST_F(PallwickMacAppTest, QuitsFromItsMenuBarExtraWithoutAnyWindow) {
+    whileRunning([&] {
+        app->mainWindow().close();
+        platform->statusItem()->choose(7);
+    });
+
+    EXPECT_EQ(app->run(), 0);
+}
+
+TEST_F(PallwickMacAppTest, QuitsWhileADialogIsInFront) {
+    QDialog dialog;
+    whileRunning([&] { QTimer::singleShot(0, &dialog, [] { QCoreApplication::quit(); }); });
+    whileRunning([&] { dialog.exec(); });
+
+    EXPECT_EQ(app->run(), 0);
+}
+
+/// How the main window may be when it is wanted in front.
+class Reopening : public PallwickMacAppTest {
+protected:
+    Reopening() {
+        app->mainWindow().resize(800, 600);
+        showNow(app->mainWindow());
+    }
+
+    void expectOpen() {
+        EXPECT_TRUE(app->mainWindow().isVisible());
+        EXPECT_FALSE(app->mainWindow().isMinimized());
+        EXPECT_EQ(app->mainWindow().size(), QSize(800, 600));
+        ASSERT_THAT(platform->activations(), ::testing::SizeIs(1));
+        EXPECT_EQ(platform->activations().front().window, app->mainWindow().windowHandle());
+        EXPECT_EQ(platform->activations().front().token, token);
+    }
+
+    ActivationToken token{.id = "launcher_TIME42", .time = 42};
+};
+
+TEST_F(Reopening, BringsAClosedWindowBackAsItWas) {
+    app->mainWindow().close();
+
+    platform->startAgain(token);
+
+    expectOpen();
+}
+
+TEST_F(Reopening, BringsAMinimizedWindowBackAsItWas) {
+    app->mainWindow().showMinimized();
+
+    platform->startAgain(token);
+
+    expectOpen();
+}
+
+TEST_F(Reopening, BringsAWindowBackThatWasClosedWhileMinimized) {
+    app->mainWindow().showMinimized();
+    app->mainWindow().close();
+
+    platform->startAgain(token);
+
+    expectOpen();
+}
+
+TEST_F(Reopening, BringsAnOpenWindowToTheFront) {
+    platform->startAgain(token);
+
+    expectOpen();
+}
+
+TEST_F(Reopening, FollowsAClickOnTheMenuBarExtra) {
+    app->mainWindow().close();
+
+    platform->statusItem()->click(token);
+
+    expectOpen();
+}
+
+TEST_F(Reopening, KeepsAMaximizedWindowMaximized) {
+    app->mainWindow().showMaximized();
+    app->mainWindow().showMinimized();
+
+    platform->startAgain(token);
+
+    EXPECT_TRUE(app->mainWindow().isMaximized());
 }
 
 TEST_F(PallwickMacAppTest, EndsWithOneLineWhenTheDesktopIsLost) {
@@ -164,7 +298,7 @@ TEST_F(PallwickMacAppTest, ShowsItsModelInItsWindow) {
     EXPECT_TRUE(showsText(app->mainWindow(), "Overlay Style"));
 }
 
-TEST(PallwickMacApp, LetsGoOfEverySurfaceBeforeItsPlatform) {
+TEST(PallwickMacApp, LetsGoOfAllThatIsItsPlatformsBeforeThat) {
     int left = -1;
     auto app = std::make_unique<PallwickMacApp>(std::make_unique<CountingPlatform>(left), withoutPresets);
     app->model().addOverlay();

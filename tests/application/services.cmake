@@ -1,6 +1,7 @@
 pallwick_add_tests(pallwick-services-tests
     LABEL application
     SOURCES
+        ActivationTokenTest.cpp
         AppOverlayPanelTest.cpp
         FakePlatformTest.cpp
         ForegroundApplicationServiceTest.cpp

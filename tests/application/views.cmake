@@ -8,6 +8,7 @@ pallwick_add_tests(pallwick-views-tests
         AppModelTest.cpp
         AppModelWindowTest.cpp
         ContentViewTest.cpp
+        MenuBarExtraTest.cpp
         OverlayListViewTest.cpp
         OverlayMenuTest.cpp
         PallwickMacAppTest.cpp

@@ -128,7 +128,7 @@ TEST_F(PresetFile, KeepsWhatOthersHaveWrittenInIt) {
 TEST_F(PresetFile, IsLoadedAfterARestartThatBeginsWithNoOverlay) {
     stage_.add();
     save();
-    EXPECT_EQ(stage_.program().closeMainWindow(), support::ExitStatus{});
+    EXPECT_EQ(stage_.program().quit(), support::ExitStatus{});
 
     stage_.startAgain();
     EXPECT_EQ(stage_.statusText(), "Ready");

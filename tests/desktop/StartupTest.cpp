@@ -121,7 +121,7 @@ TEST(WaylandSession, HasTheProgramOnItsXServer) {
     program.controls().await("push button", "Add").doAction("Press");
 
     EXPECT_EQ(program.awaitOverlayCount(1).front().rect, (support::PixelRect{460, 320, 360, 160}));
-    EXPECT_EQ(program.closeMainWindow(), ExitStatus{});
+    EXPECT_EQ(program.quit(), ExitStatus{});
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ protected:
 
     /// Ends the program and returns what is in the home directory that was not there before it started.
     std::vector<std::string> leftBehind() {
-        EXPECT_EQ(stage_.program().closeMainWindow(), support::ExitStatus{});
+        EXPECT_EQ(stage_.program().quit(), support::ExitStatus{});
         const std::set<std::string> after = everythingIn(stage_.desktop().home());
         EXPECT_TRUE(std::ranges::includes(after, before_));
         std::vector<std::string> left;

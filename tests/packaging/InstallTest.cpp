@@ -62,7 +62,7 @@ TEST(DesktopEntry, IsThatOfTheProgramsWindows) {
     EXPECT_THAT(desktop.windows().windowClass(window), ElementsAre("pallwick", "Pallwick"));
     EXPECT_THAT(text(tree.path(desktopEntry)), HasSubstr("\nExec=pallwick\n"));
     EXPECT_THAT(text(tree.path(desktopEntry)), HasSubstr("\nStartupWMClass=Pallwick\n"));
-    EXPECT_EQ(program.closeMainWindow(), ExitStatus{});
+    EXPECT_EQ(program.quit(), ExitStatus{});
 }
 
 TEST(Metainfo, IsValid) {

@@ -167,9 +167,16 @@ Program::Overlay Program::awaitOverlay(const std::string& what, const std::funct
     return *found;
 }
 
-ExitStatus Program::closeMainWindow() {
+void Program::closeMainWindow() {
+    const xcb_window_t window = desktop_.windows().awaitClient(mainWindowTitle);
+    desktop_.windows().close(window);
+    desktop_.x().await("the main window closed", [&] { return !desktop_.windows().isViewable(window); });
+}
+
+ExitStatus Program::quit() {
+    giveKeyboardTo(desktop_.windows().awaitClient(mainWindowTitle));
     desktop_.x().release(*process_);
-    desktop_.windows().close(desktop_.windows().awaitClient(mainWindowTitle));
+    desktop_.keyboard().press(XK_q, {XK_Control_L});
     return process_->awaitExit();
 }
 

@@ -68,8 +68,10 @@ public:
     /// The first overlay that passes.
     Overlay awaitOverlay(const std::string& what, const std::function<bool(const Overlay&)>& test);
 
-    /// Asks the main window to close and returns how the program ended.
-    ExitStatus closeMainWindow();
+    /// Asks the main window to close and returns once it is gone. The program goes on.
+    void closeMainWindow();
+    /// Quits by the main window's key for that, and returns how the program ended.
+    ExitStatus quit();
     /// Lines of its output that were neither expected nor allowed.
     [[nodiscard]] std::vector<std::string> unexpectedOutput() const;
 

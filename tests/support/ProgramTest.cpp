@@ -45,7 +45,7 @@ TEST(Program, EndsWellWhenItsMainWindowIsClosed) {
     Program program(desktop);
     program.awaitMainWindow();
 
-    EXPECT_EQ(program.closeMainWindow(), ExitStatus{});
+    EXPECT_EQ(program.quit(), ExitStatus{});
 }
 
 TEST(Program, FailsTheTestWhenItWritesUnasked) {

@@ -1,6 +1,7 @@
 #include <PallwickMac/Platform/Fake/FakePlatform.h>
 
 #include <QPainter>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -136,6 +137,26 @@ void FakeOverlaySurface::cancelGesture() {
     }
 }
 
+FakeStatusItem::FakeStatusItem(FakePlatform& platform, StatusItemDescription description)
+    : platform_(platform), description_(std::move(description)) {
+    platform_.statusItem_ = this;
+}
+
+FakeStatusItem::~FakeStatusItem() {
+    platform_.statusItem_ = nullptr;
+}
+
+void FakeStatusItem::setIcon(const QIcon& icon) {
+    description_.icon = icon;
+    ++iconChanges_;
+}
+
+void FakeStatusItem::setShown(bool shown) {
+    if (std::exchange(shown_, shown) != shown) {
+        Q_EMIT shownChanged(shown);
+    }
+}
+
 FakePlatform::FakePlatform()
     : screens_{{.frame = {.x = 0, .y = 0, .width = 1440, .height = 900},
                 .visibleFrame = {.x = 0, .y = 25, .width = 1440, .height = 875},
@@ -151,6 +172,15 @@ FakePlatform::~FakePlatform() {
 
 std::unique_ptr<OverlaySurface> FakePlatform::makeOverlaySurface(OverlaySurfaceContent& content) {
     return std::make_unique<FakeOverlaySurface>(*this, content);
+}
+
+std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescription& description) {
+    return std::make_unique<FakeStatusItem>(*this, description);
+}
+
+void FakePlatform::activate(QWindow& window, const ActivationToken& token) {
+    activations_.push_back({&window, token});
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
 }
 
 std::vector<Rect> FakePlatform::screenFrames() const {

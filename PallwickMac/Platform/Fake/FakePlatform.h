@@ -81,6 +81,42 @@ private:
     std::optional<Point> pressedAt_;
 };
 
+/// A status item that shows nothing and remembers everything.
+class FakeStatusItem final : public StatusItem {
+    Q_OBJECT
+
+public:
+    FakeStatusItem(FakePlatform& platform, StatusItemDescription description);
+    ~FakeStatusItem() override;
+
+    void setIcon(const QIcon& icon) override;
+    void setMenu(const std::vector<StatusItemEntry>& entries) override { description_.menu = entries; }
+    [[nodiscard]] bool isShown() const override { return shown_; }
+
+    /// As it is now.
+    [[nodiscard]] const StatusItemDescription& description() const { return description_; }
+    /// How often `setIcon` was called.
+    [[nodiscard]] int iconChanges() const { return iconChanges_; }
+
+    // What a person and the desktop do.
+    void setShown(bool shown);
+    void click(const ActivationToken& token) { Q_EMIT activated(token); }
+    void choose(int index) { Q_EMIT entryChosen(index); }
+    void requestMenu() { Q_EMIT menuRequested(); }
+
+private:
+    FakePlatform& platform_;
+    StatusItemDescription description_;
+    int iconChanges_ = 0;
+    bool shown_ = true;
+};
+
+/// A window that was brought to the front, and by what.
+struct Activation {
+    QWindow* window = nullptr;
+    ActivationToken token;
+};
+
 /// A desktop without a window system, driven by tests. It emits the same signals as a real one.
 class FakePlatform final : public DesktopPlatform {
     Q_OBJECT
@@ -99,6 +135,9 @@ public:
     [[nodiscard]] Point pointerLocation() const override { return pointerLocation_; }
     [[nodiscard]] PlatformCapabilities capabilities() const override { return capabilities_; }
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) override;
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description) override;
+    [[nodiscard]] bool claimInstance(const ActivationToken& /*token*/) override { return true; }
+    void activate(QWindow& window, const ActivationToken& token) override;
 
     void setScreens(std::vector<Screen> screens);
     void setFrontmostApplication(std::optional<FrontmostApplication> application);
@@ -107,6 +146,8 @@ public:
     void setPointerLocation(const Point& location) { pointerLocation_ = location; }
     void setCapabilities(const PlatformCapabilities& capabilities) { capabilities_ = capabilities; }
     void loseConnection(const QString& reason);
+    /// The program is started once more.
+    void startAgain(const ActivationToken& token) { Q_EMIT activationRequested(token); }
 
     /// How often the whole list of windows was asked for, and a single one of them.
     [[nodiscard]] int wholeListQueries() const { return wholeListQueries_; }
@@ -115,6 +156,12 @@ public:
     /// The surfaces that exist now, oldest first. Not owned.
     [[nodiscard]] const std::vector<FakeOverlaySurface*>& surfaces() const { return surfaces_; }
 
+    /// Null while there is none. Not owned.
+    [[nodiscard]] FakeStatusItem* statusItem() const { return statusItem_; }
+
+    /// Every call of `activate`.
+    [[nodiscard]] const std::vector<Activation>& activations() const { return activations_; }
+
     /// Every call that any surface received, in order, as text: "show 2", "setFrame 1 (x, y, w, h)",
     /// "setIgnoresMouseEvents 1 true". The number counts surfaces in the order they were made, from 1.
     [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
@@ -122,6 +169,7 @@ public:
 
 private:
     friend class FakeOverlaySurface;
+    friend class FakeStatusItem;
 
     std::vector<Screen> screens_;
     std::optional<FrontmostApplication> frontmost_;
@@ -133,6 +181,8 @@ private:
     std::vector<FakeOverlaySurface*> surfaces_;
     std::vector<std::string> calls_;
     int surfacesMade_ = 0;
+    FakeStatusItem* statusItem_ = nullptr;
+    std::vector<Activation> activations_;
 };
 
 }  // namespace pallwick

@@ -21,10 +21,21 @@ private:
     Rect frame_;
 };
 
+class NullStatusItem final : public StatusItem {
+public:
+    void setIcon(const QIcon& /*icon*/) override {}
+    void setMenu(const std::vector<StatusItemEntry>& /*entries*/) override {}
+    [[nodiscard]] bool isShown() const override { return false; }
+};
+
 }  // namespace
 
 std::unique_ptr<OverlaySurface> NullPlatform::makeOverlaySurface(OverlaySurfaceContent& /*content*/) {
     return std::make_unique<NullOverlaySurface>();
+}
+
+std::unique_ptr<StatusItem> NullPlatform::makeStatusItem(const StatusItemDescription& /*description*/) {
+    return std::make_unique<NullStatusItem>();
 }
 
 }  // namespace pallwick

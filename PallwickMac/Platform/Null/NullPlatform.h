@@ -4,7 +4,7 @@
 
 namespace pallwick {
 
-/// A desktop that is not there: no screen, no application, and surfaces that keep their frame but never show. For
+/// A desktop that is not there: no screen, no application, and surfaces and a status item that never show. For
 /// tests of what must work without a desktop; where there is none the program says so and ends instead.
 class NullPlatform final : public DesktopPlatform {
     Q_OBJECT
@@ -21,6 +21,9 @@ public:
     [[nodiscard]] Point pointerLocation() const override { return {}; }
     [[nodiscard]] PlatformCapabilities capabilities() const override { return {}; }
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) override;
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description) override;
+    [[nodiscard]] bool claimInstance(const ActivationToken& /*token*/) override { return true; }
+    void activate(QWindow& /*window*/, const ActivationToken& /*token*/) override {}
 };
 
 }  // namespace pallwick

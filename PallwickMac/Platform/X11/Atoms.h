@@ -8,11 +8,13 @@
 
 namespace pallwick::x11 {
 
-/// The atoms that the program uses. Protocol names: ICCCM, EWMH (wm-spec), and the private conventions of toolkits.
+/// The atoms that the program uses. Protocol names: ICCCM, EWMH (wm-spec), Startup
+/// Notification, System Tray and XEmbed of freedesktop, the private conventions of toolkits, and our own.
 enum class Atom : std::size_t {
     activeWindow,
     clientList,
     clientListStacking,
+    comeForward,
     compositorShadow,
     compoundText,
     currentDesktop,
@@ -22,14 +24,20 @@ enum class Atom : std::size_t {
     gtkApplicationID,
     gtkFrameExtents,
     kdeDesktopFile,
+    manager,
     netWindowState,
     netWindowStateAbove,
     netWindowStateBelow,
     netWindowStateHidden,
+    programInstance,
     rootPixmap,
+    startupInfo,
+    startupInfoBegin,
     strut,
     strutPartial,
     supportingCheck,
+    systemTrayOpcode,
+    systemTrayVisual,
     utf8String,
     windowName,
     windowOpacity,
@@ -50,6 +58,7 @@ enum class Atom : std::size_t {
     windowTypeToolbar,
     windowTypeTooltip,
     windowTypeUtility,
+    xembedInfo,
     count,
 };
 

@@ -42,6 +42,12 @@ private:
 struct FreePixmap {
     void operator()(xcb_connection_t* connection, xcb_pixmap_t id) const { xcb_free_pixmap(connection, id); }
 };
+struct FreeColormap {
+    void operator()(xcb_connection_t* connection, xcb_colormap_t id) const { xcb_free_colormap(connection, id); }
+};
+struct DestroyWindow {
+    void operator()(xcb_connection_t* connection, xcb_window_t id) const { xcb_destroy_window(connection, id); }
+};
 struct FreePicture {
     void operator()(xcb_connection_t* connection, xcb_render_picture_t id) const {
         xcb_render_free_picture(connection, id);
@@ -56,6 +62,8 @@ struct DestroyRegion {
     }
 };
 
+using ColormapHandle = ServerResource<FreeColormap>;
+using WindowHandle = ServerResource<DestroyWindow>;
 using PixmapHandle = ServerResource<FreePixmap>;
 using PictureHandle = ServerResource<FreePicture>;
 using DamageHandle = ServerResource<DestroyDamage>;

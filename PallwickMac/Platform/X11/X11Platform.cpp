@@ -1,7 +1,9 @@
 #include <PallwickMac/Platform/X11/Monitors.h>
+#include <PallwickMac/Platform/X11/WindowActivation.h>
 #include <PallwickMac/Platform/X11/WorkArea.h>
 #include <PallwickMac/Platform/X11/X11OverlaySurface.h>
 #include <PallwickMac/Platform/X11/X11Platform.h>
+#include <PallwickMac/Platform/X11/X11StatusItem.h>
 #include <PallwickMac/Platform/X11/XcbReply.h>
 #include <xcb/randr.h>
 
@@ -36,6 +38,8 @@ X11Platform::X11Platform()
       windowList_(connection_, applications_),
       surfaces_(connection_, mappingFor(queryMonitors(connection_), queryRootArea(connection_)),
                 queryRootArea(connection_), compositing_.isCompositing()),
+      systemTray_(connection_),
+      instance_(connection_),
       readable_(xcb_get_file_descriptor(connection_.xcb()), QSocketNotifier::Read) {
     xcb_randr_select_input(connection_.xcb(), connection_.root(),
                            XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
@@ -136,6 +140,18 @@ std::unique_ptr<OverlaySurface> X11Platform::makeOverlaySurface(OverlaySurfaceCo
     return std::make_unique<X11OverlaySurface>(surfaces_, content);
 }
 
+std::unique_ptr<StatusItem> X11Platform::makeStatusItem(const StatusItemDescription& description) {
+    return std::make_unique<X11StatusItem>(systemTray_, description);
+}
+
+bool X11Platform::claimInstance(const ActivationToken& token) {
+    return instance_.claim(token);
+}
+
+void X11Platform::activate(QWindow& window, const ActivationToken& token) {
+    activateWindow(connection_, window, token.time);
+}
+
 bool X11Platform::eventFilter(QObject* watched, QEvent* event) {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
         surfaces_.redrawAll();
@@ -180,6 +196,8 @@ void X11Platform::handle(const xcb_generic_event_t& event) {
     if (type == 0) {
         return;
     }
+    instance_.handle(event, [this](const ActivationToken& token) { Q_EMIT activationRequested(token); });
+    systemTray_.handle(event);
     if (compositing_.handle(event)) {
         surfaces_.setCompositing(compositing_.isCompositing());
         return;

@@ -5,7 +5,9 @@
 #include <PallwickMac/Platform/X11/ApplicationIndex.h>
 #include <PallwickMac/Platform/X11/CompositingMonitor.h>
 #include <PallwickMac/Platform/X11/Connection.h>
+#include <PallwickMac/Platform/X11/ProgramInstance.h>
 #include <PallwickMac/Platform/X11/SurfaceHost.h>
+#include <PallwickMac/Platform/X11/SystemTray.h>
 #include <PallwickMac/Platform/X11/WindowList.h>
 
 #include <QSocketNotifier>
@@ -34,6 +36,9 @@ public:
     [[nodiscard]] Point pointerLocation() const override;
     [[nodiscard]] PlatformCapabilities capabilities() const override;
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) override;
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description) override;
+    [[nodiscard]] bool claimInstance(const ActivationToken& token) override;
+    void activate(QWindow& window, const ActivationToken& token) override;
 
 protected:
     /// Watches the application object for a change of the palette.
@@ -52,6 +57,9 @@ private:
     mutable ActiveApplication activeApplication_;
     WindowList windowList_;
     SurfaceHost surfaces_;
+    // After the surfaces, whose host has the root's events sent to us.
+    SystemTray systemTray_;
+    ProgramInstance instance_;
     QSocketNotifier readable_;
     std::vector<Screen> knownScreens_;
     bool screensMayHaveChanged_ = false;

@@ -1,4 +1,4 @@
-// Two copies of the program on one desktop keep their overlays above everything, and leave each other's alone.
+// The program and another one that keeps its window above all clients in the same way leave each other alone.
 
 #include <gmock/gmock.h>
 
@@ -38,42 +38,44 @@ private:
     xcb_connection_t* connection_;
 };
 
-class SecondCopy : public testing::TestWithParam<DesktopKind> {
+class Rival : public testing::TestWithParam<DesktopKind> {
 protected:
-    SecondCopy() : stage_(GetParam()), secret_(stage_.openSecret()) {
+    Rival() : stage_(GetParam()), secret_(stage_.openSecret()) {
         first_ = stage_.dragBy(stage_.add(), {.x = -100, .y = -60});
-        second_.emplace(stage_.desktop());
-        second_->controls().await("push button", "Add").doAction("Press");
-        other_ = second_->awaitOverlayAt({780, 440, 360, 200});
+        constexpr support::PixelRect place{780, 440, 360, 200};
+        rival_ = stage_.desktop().start({PALLWICK_RIVAL, std::to_string(place.x), std::to_string(place.y),
+                                         std::to_string(place.width), std::to_string(place.height)});
+        other_ = {.window = static_cast<xcb_window_t>(std::stoul(rival_->readLine())), .rect = place};
         later_ = stage_.openSecret("Later");
         awaitBothAbove(later_->window());
     }
 
     void awaitBothAbove(xcb_window_t client) {
-        stage_.desktop().x().await("both overlays above the client", [&] {
+        stage_.desktop().x().await("both above the client", [&] {
             return stage_.windows().isAbove(first_.window, client) && stage_.windows().isAbove(other_.window, client);
         });
     }
 
-    /// Many turns of both copies' event loops, each after the server has answered what they sent in the one before.
+    /// Many turns of both programs, each after the server has answered what they sent in the one before.
     void letBothTurn() {
         constexpr int turns = 50;
         for (int turn = 0; turn < turns; ++turn) {
             static_cast<void>(stage_.program().controls().application().role());
-            static_cast<void>(second_->controls().application().role());
+            rival_->writeLine("turn");
+            static_cast<void>(rival_->readLine());
             stage_.desktop().x().roundTrip();
         }
     }
 
     Stage stage_;
     std::unique_ptr<support::TestClient> secret_;
-    std::optional<Program> second_;
+    std::unique_ptr<support::Process> rival_;
     Program::Overlay first_;
     Program::Overlay other_;
     std::unique_ptr<support::TestClient> later_;
 };
 
-TEST_P(SecondCopy, CoversARaisedClientTogetherWithTheFirst) {
+TEST_P(Rival, CoversARaisedClientTogetherWithTheProgram) {
     stage_.windows().activate(secret_->window());
     stage_.desktop().x().await("the client raised",
                                [&] { return stage_.windows().isAbove(secret_->window(), later_->window()); });
@@ -83,7 +85,7 @@ TEST_P(SecondCopy, CoversARaisedClientTogetherWithTheFirst) {
     stage_.awaitCovered(other_.rect);
 }
 
-TEST_P(SecondCopy, RestacksNothingOnceAllIsCovered) {
+TEST_P(Rival, RestacksNothingOnceAllIsCovered) {
     ConfigureCount configures(stage_.desktop().server().display());
     letBothTurn();
     static_cast<void>(configures.take());
@@ -93,7 +95,7 @@ TEST_P(SecondCopy, RestacksNothingOnceAllIsCovered) {
     EXPECT_EQ(configures.take(), 0);
 }
 
-TEST_P(SecondCopy, AnswersARaisedClientWithAHandfulOfRequests) {
+TEST_P(Rival, AnswersARaisedClientWithAHandfulOfRequests) {
     ConfigureCount configures(stage_.desktop().server().display());
     letBothTurn();
     static_cast<void>(configures.take());
@@ -106,12 +108,12 @@ TEST_P(SecondCopy, AnswersARaisedClientWithAHandfulOfRequests) {
     const int whileRaised = configures.take();
     letBothTurn();
 
-    // The window manager's own, and at most a few a copy.
+    // The window manager's own, and at most a few of each.
     EXPECT_LE(whileRaised, 24);
     EXPECT_EQ(configures.take(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Desktops, SecondCopy,
+INSTANTIATE_TEST_SUITE_P(Desktops, Rival,
                          testing::Values(DesktopKind::openbox, DesktopKind::openboxPicom,
                                          DesktopKind::xfwm4Compositing),
                          [](const auto& instance) { return describe(instance.param); });
