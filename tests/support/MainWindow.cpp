@@ -1,8 +1,6 @@
 #include "MainWindow.h"
 
 #include <algorithm>
-#include <array>
-#include <stdexcept>
 
 namespace pallwick::support {
 
@@ -83,17 +81,9 @@ void MainWindow::attachToLastWindow() {
 }
 
 void MainWindow::choosePreset(const std::string& entry) {
-    const std::array<std::string, 4> entries{"Save Display Preset", "Load Display Preset", "Save App Preset",
-                                             "Load App Preset"};
-    const auto index = static_cast<int>(std::ranges::find(entries, entry) - entries.begin());
-    if (index >= static_cast<int>(entries.size())) {
-        throw std::logic_error("no entry \"" + entry + "\"");
-    }
     program_.click("button menu", "Presets");
-    // The toolkit shows no accessibility client what is in a menu. Four entries of one height with a thin separator
-    // in their middle: each has the middle of its quarter in it.
-    const PixelRect menu = desktop_.windows().rect(awaitMenu()).value_or(PixelRect{});
-    desktop_.pointer().click({.x = menu.centre().x, .y = menu.y + menu.height * (2 * index + 1) / 8});
+    awaitMenu();
+    program_.click("menu item", entry);
 }
 
 xcb_window_t MainWindow::awaitMenu() {
