@@ -18,21 +18,10 @@ double relativeLuminance(const QColor& color) {
     return 0.2126 * linear(rgb.redF()) + 0.7152 * linear(rgb.greenF()) + 0.0722 * linear(rgb.blueF());
 }
 
-bool isLegible(const QColor& text, const QPalette& palette) {
-    return contrastRatio(text, palette.color(QPalette::Window)) >= legibleContrast &&
-           contrastRatio(text, sidebarBackground(palette)) >= legibleContrast;
-}
-
-/// `wanted` moved towards the palette's own text just far enough to be read.
+/// `wanted` moved towards the palette's own text just far enough to be read on the window and on the sidebar.
 QColor legible(const QColor& wanted, const QPalette& palette) {
     const QColor text = palette.color(QPalette::WindowText);
-    for (double share = 0; share < 1; share += 0.05) {
-        const QColor candidate = blended(wanted, text, share);
-        if (isLegible(candidate, palette)) {
-            return candidate;
-        }
-    }
-    return text;
+    return legibleOn(sidebarBackground(palette), legibleOn(palette.color(QPalette::Window), wanted, text), text);
 }
 
 struct FontChange {
@@ -90,18 +79,44 @@ QColor controlOutline(const QPalette& palette) {
     return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.25);
 }
 
+QColor legibleOn(const QColor& background, const QColor& wanted, const QColor& text) {
+    for (double share = 0; share < 1; share += 0.05) {
+        const QColor candidate = blended(wanted, text, share);
+        if (contrastRatio(candidate, background) >= legibleContrast) {
+            return candidate;
+        }
+    }
+    return text;
+}
+
+QColor selectionColor(const QPalette& palette) {
+    const QColor text = palette.color(QPalette::Active, QPalette::HighlightedText);
+    const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
+    const bool isTextLight = relativeLuminance(text) > relativeLuminance(highlight);
+    return legibleOn(text, highlight, isTextLight ? QColor(Qt::black) : QColor(Qt::white));
+}
+
+QColor disabledTextColor(const QPalette& palette) {
+    return blended(palette.color(QPalette::Window), palette.color(QPalette::Active, QPalette::WindowText), 0.45);
+}
+
 QColor textColor(TextColor color, const QPalette& palette) {
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
     switch (color) {
         case TextColor::primary:
-            return palette.color(QPalette::WindowText);
+            return text;
         case TextColor::secondary:
-            return legible(blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.6), palette);
+            return legible(blended(window, text, 0.6), palette);
         case TextColor::blue:
             return legible(isDark(palette) ? QColor(0x6c, 0xb2, 0xff) : QColor(0x0b, 0x5b, 0xd3), palette);
         case TextColor::destructive:
-            return legible(isDark(palette) ? QColor(0xff, 0x8a, 0x80) : QColor(0xc3, 0x1f, 0x1f), palette);
+            // It stands on buttons, which on a dark window are lighter than that, under the pointer most of all.
+            return legibleOn(isDark(palette) ? blended(palette.color(QPalette::Button), text, 0.16) : window,
+                             legible(isDark(palette) ? QColor(0xff, 0x8a, 0x80) : QColor(0xc3, 0x1f, 0x1f), palette),
+                             text);
     }
-    return palette.color(QPalette::WindowText);
+    return text;
 }
 
 QFont textFont(TextStyle style, const QFont& body) {
@@ -116,6 +131,15 @@ QFont textFont(TextStyle style, const QFont& body) {
         font.setWeight(change.weight);
     }
     return font;
+}
+
+QString plainToolTip(const QString& text) {
+    return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
+}
+
+int symbolSide(const QFontMetrics& metrics) {
+    constexpr int usual = 16;
+    return std::max(usual, metrics.height());
 }
 
 }  // namespace pallwick

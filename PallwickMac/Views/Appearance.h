@@ -2,7 +2,9 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetrics>
 #include <QPalette>
+#include <QString>
 
 namespace pallwick {
 
@@ -19,6 +21,17 @@ namespace pallwick {
 
 [[nodiscard]] QColor sidebarBackground(const QPalette& palette);
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
+
+/// `wanted`, moved towards `text` just far enough for a contrast of 4.5 on `background`; `text` itself where even that
+/// is not enough.
+[[nodiscard]] QColor legibleOn(const QColor& background, const QColor& wanted, const QColor& text);
+
+/// What the chosen one of several entries is filled with: the palette's highlight, moved away from the text upon it as
+/// far as that text needs to be read.
+[[nodiscard]] QColor selectionColor(const QPalette& palette);
+
+/// The text of a control that cannot be used just now, still to be made out.
+[[nodiscard]] QColor disabledTextColor(const QPalette& palette);
 
 /// Outline of a control that can be pressed.
 [[nodiscard]] QColor controlOutline(const QPalette& palette);
@@ -38,5 +51,11 @@ enum class TextColor {
 enum class TextStyle { body, caption, callout, headline, title3 };
 
 [[nodiscard]] QFont textFont(TextStyle style, const QFont& body);
+
+/// `text` as it stands, for a tooltip, which would guess whether it is markup: a title or a status may quote anything.
+[[nodiscard]] QString plainToolTip(const QString& text);
+
+/// The side of a symbol beside a text of that font, in points: 16 at the usual sizes, more beside larger text.
+[[nodiscard]] int symbolSide(const QFontMetrics& metrics);
 
 }  // namespace pallwick

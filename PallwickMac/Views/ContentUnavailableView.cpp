@@ -11,7 +11,6 @@ namespace pallwick {
 namespace {
 
 constexpr int symbolSide = 40;
-constexpr int descriptionWidth = 320;
 
 class SymbolView final : public QWidget {
 public:
@@ -37,9 +36,9 @@ ContentUnavailableView::ContentUnavailableView(const QString& title, Symbol symb
     auto* descriptionLabel = new TextLabel(TextStyle::callout, TextColor::secondary, description, this);
     descriptionLabel->setWordWrap(true);
     descriptionLabel->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    descriptionLabel->setFixedWidth(descriptionWidth);
 
-    // In a row of its own the label is asked for its height at the width that it gets.
+    // In a row of its own the label is asked for its height at the width that it gets: the one that it wants, at which
+    // its lines are of about the same length.
     auto* descriptionRow = new QHBoxLayout;
     descriptionRow->addStretch();
     descriptionRow->addWidget(descriptionLabel);

@@ -3,6 +3,7 @@
 #include <PallwickMac/App/AppModel.h>
 #include <PallwickMac/Views/Divider.h>
 #include <PallwickMac/Views/HairlineSplitter.h>
+#include <PallwickMac/Views/MenuAccessibility.h>
 #include <PallwickMac/Views/OverlayListView.h>
 #include <PallwickMac/Views/StyleInspectorView.h>
 #include <PallwickMac/Views/SymbolButton.h>
@@ -87,6 +88,7 @@ QWidget* ContentView::makePresetsButton() {
     menu->addSeparator();
     menu->addAction(QStringLiteral("Save App Preset"), &model_, &AppModel::saveApplicationPreset);
     menu->addAction(QStringLiteral("Load App Preset"), &model_, &AppModel::loadApplicationPreset);
+    MenuAccessibility::follow(*menu);
     button->setMenu(menu);
     return button;
 }
@@ -99,6 +101,7 @@ QWidget* ContentView::makeInspector() {
 
     auto* scrollArea = new QScrollArea;
     scrollArea->setFrameShape(QFrame::NoFrame);
+    scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setWidgetResizable(true);
     scrollArea->setWidget(content);
     scrollArea->setFocusPolicy(Qt::NoFocus);

@@ -2,6 +2,7 @@
 
 #include <PallwickMac/App/AppModel.h>
 #include <PallwickMac/Views/Divider.h>
+#include <PallwickMac/Views/MenuAccessibility.h>
 #include <PallwickMac/Views/OverlayListModel.h>
 #include <PallwickMac/Views/OverlayRowDelegate.h>
 #include <PallwickMac/Views/OverlayRowList.h>
@@ -107,6 +108,7 @@ void OverlayListView::showMenu(const QModelIndex& index, const QPoint& globalPos
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(QStringLiteral("Remove"), this, [this, id] { removeRow(id); });
+    MenuAccessibility::follow(*menu);
     menu->popup(globalPosition);
 }
 

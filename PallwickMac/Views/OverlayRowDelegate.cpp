@@ -32,10 +32,8 @@ QColor rowFill(const QStyleOptionViewItem& option) {
     return background;
 }
 
-/// The dimmed colour, or the full one where the row's fill leaves too little contrast.
 QColor detailColor(const QPalette& palette, const QColor& fill) {
-    const QColor dimmed = textColor(TextColor::secondary, palette);
-    return contrastRatio(dimmed, fill) >= 4.5 ? dimmed : blended(dimmed, palette.color(QPalette::WindowText), 0.6);
+    return legibleOn(fill, textColor(TextColor::secondary, palette), palette.color(QPalette::WindowText));
 }
 
 QRect textArea(const QRect& row) {

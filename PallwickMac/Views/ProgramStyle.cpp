@@ -2,6 +2,7 @@
 
 #include <PallwickMac/Views/Appearance.h>
 #include <PallwickMac/Views/ControlPainting.h>
+#include <PallwickMac/Views/MenuPainting.h>
 
 #include <QPainter>
 #include <QStyleOption>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr double controlRadius = 5;
 constexpr int sliderHandleDiameter = 18;
+constexpr int menuMargin = 4;
 
 void drawHorizontalSlider(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
     const QPalette& palette = option.palette;
@@ -104,6 +106,25 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
         painter->fillRect(rect.x() + 8, rect.center().y(), rect.width() - 16, 1, separatorColor(item->palette));
         return;
     }
+    switch (element) {
+        case CE_MenuItem:
+            if (item && isPlainMenuItem(*item, widget)) {
+                drawPlainMenuItem(*painter, *item);
+                return;
+            }
+            break;
+        case CE_MenuBarItem:
+            if (item) {
+                drawMenuBarItem(*painter, *item);
+                return;
+            }
+            break;
+        case CE_MenuBarEmptyArea:
+            painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+            return;
+        default:
+            break;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
@@ -123,6 +144,8 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
         case PM_SliderControlThickness:
         case PM_SliderLength:
             return sliderHandleDiameter;
+        case PM_MenuVMargin:
+            return menuMargin;
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical:
             return 0;
@@ -133,8 +156,20 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 
 QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contentsSize,
                                      const QWidget* widget) const {
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (type == CT_MenuItem && item && isPlainMenuItem(*item, widget)) {
+        return plainMenuItemSize(*item);
+    }
     const QSize size = QProxyStyle::sizeFromContents(type, option, contentsSize, widget);
-    return type == CT_PushButton ? size + QSize(8, 2) : size;
+    switch (type) {
+        case CT_PushButton:
+            return size + QSize(8, 2);
+        case CT_ComboBox:
+            // As high as the buttons beside it.
+            return size + QSize(0, 2);
+        default:
+            return size;
+    }
 }
 
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -142,6 +177,10 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     // A click on the groove means the value there, not a step towards it.
     if (hint == SH_Slider_AbsoluteSetButtons) {
         return Qt::LeftButton;
+    }
+    // Symbols of the desktop's theme would stand among our own.
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
+        return 0;
     }
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }

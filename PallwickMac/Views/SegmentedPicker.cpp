@@ -16,6 +16,10 @@ namespace {
 constexpr double outerRadius = 6;
 constexpr double innerRadius = 4.5;
 
+QColor groundColor(const QPalette& palette) {
+    return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.08);
+}
+
 /// A radio button in all but its looks, for the keyboard's and the screen reader's sake.
 class Segment final : public QRadioButton {
 public:
@@ -41,8 +45,10 @@ protected:
         if (showsFocus(option)) {
             drawFocusRing(painter, area, innerRadius, option.palette);
         }
-        painter.setPen(isChecked() || underMouse() ? textColor(TextColor::primary, option.palette)
-                                                   : textColor(TextColor::secondary, option.palette));
+        const QColor full = textColor(TextColor::primary, option.palette);
+        painter.setPen(isChecked() || underMouse() ? full
+                                                   : legibleOn(groundColor(option.palette),
+                                                               textColor(TextColor::secondary, option.palette), full));
         painter.drawText(rect(), Qt::AlignCenter, text());
     }
 };
@@ -81,7 +87,7 @@ void SegmentedPicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(separatorColor(palette()));
-    painter.setBrush(blended(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.08));
+    painter.setBrush(groundColor(palette()));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), outerRadius, outerRadius);
 }
 

@@ -12,7 +12,9 @@
 #include <PallwickMac/Views/TextLabel.h>
 #include <PallwickMac/Views/ToggleSwitch.h>
 #include <PallwickMac/Views/WindowAttachmentSection.h>
+#include <PallwickMac/Views/WrappingRow.h>
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QStackedLayout>
@@ -131,25 +133,24 @@ QWidget* StyleInspectorView::makePane() {
 
 QLayout* StyleInspectorView::makeShapeRow() {
     auto* label = new TextLabel(TextStyle::body, TextColor::secondary, QStringLiteral("Shape"));
-    label->setFixedWidth(std::max(rowLabelWidth, label->sizeHint().width()));
-    shapePicker_->setFixedWidth(std::max(shapePickerWidth, shapePicker_->minimumSizeHint().width()));
     shapePicker_->setAccessibleName(label->text());
 
-    auto* row = new QHBoxLayout;
-    row->setSpacing(12);
-    row->addWidget(label);
-    row->addWidget(shapePicker_);
-    row->addStretch();
+    // Both columns grow with a larger font.
+    auto* row = new QGridLayout;
+    row->setHorizontalSpacing(12);
+    row->setColumnMinimumWidth(0, rowLabelWidth);
+    row->setColumnMinimumWidth(1, shapePickerWidth);
+    row->setColumnStretch(2, 1);
+    row->addWidget(label, 0, 0);
+    row->addWidget(shapePicker_, 0, 1);
     return row;
 }
 
 QLayout* StyleInspectorView::makeGlassAndColorRow() {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(16);
+    auto* row = new WrappingRow(16, 8);
     row->addWidget(glassSwitch_);
     row->addWidget(colorWell_);
     row->addWidget(colorText_);
-    row->addStretch();
     return row;
 }
 

@@ -20,6 +20,7 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionButton* option) const override;
+    void changeEvent(QEvent* event) override;
 
 private:
     Role role_;
@@ -31,6 +32,9 @@ class SymbolOnlyButton final : public QToolButton {
 
 public:
     SymbolOnlyButton(const QString& name, Symbol symbol, const QString& toolTip, QWidget* parent = nullptr);
+
+protected:
+    void changeEvent(QEvent* event) override;
 };
 
 }  // namespace pallwick

@@ -91,7 +91,7 @@ private:
         const QPalette::ColorRole role = host_ ? host_->foregroundRole() : QPalette::WindowText;
         switch (mode) {
             case QIcon::Disabled:
-                return palette.color(QPalette::Disabled, role);
+                return disabledTextColor(palette);
             case QIcon::Selected:
                 return palette.color(QPalette::Active, QPalette::HighlightedText);
             case QIcon::Normal:

@@ -14,7 +14,7 @@ namespace pallwick {
 TextLabel::TextLabel(TextStyle style, TextColor color, const QString& text, QWidget* parent)
     : QLabel(text, parent), style_(style), color_(color) {
     setTextFormat(Qt::PlainText);
-    setFont(textFont(style_, QApplication::font()));
+    followParent();
 }
 
 void TextLabel::setTextColor(TextColor color) {
@@ -60,11 +60,11 @@ int TextLabel::heightForWidth(int width) const {
         return QLabel::heightForWidth(width);
     }
     const QSize margins = size() - contentsRect().size();
-    const auto count = static_cast<int>(lines(width - margins.width()).size());
+    const auto count = static_cast<int>(lines(width - margins.width()).shown.size());
     return margins.height() + fontMetrics().height() + (count - 1) * fontMetrics().lineSpacing();
 }
 
-QStringList TextLabel::lines(int width) const {
+TextLabel::Lines TextLabel::lines(int width) const {
     QTextLayout layout(text(), font());
     QTextOption wrapping;
     wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -77,28 +77,54 @@ QStringList TextLabel::lines(int width) const {
     layout.endLayout();
     const qsizetype broken = first.isValid() ? first.textLength() : text().size();
     if (broken >= text().size()) {
-        return {text()};
+        return {.shown = {text()}, .isCutShort = false};
     }
-    return {text().left(broken).trimmed(), fontMetrics().elidedText(text().mid(broken), Qt::ElideRight, width)};
+    const QString rest = text().mid(broken);
+    const QString shown = fontMetrics().elidedText(rest, Qt::ElideRight, width);
+    return {.shown = {text().left(broken).trimmed(), shown}, .isCutShort = shown != rest};
+}
+
+bool TextLabel::isCutShort() const {
+    const int width = contentsRect().width();
+    switch (overflow_) {
+        case Overflow::none:
+            return false;
+        case Overflow::elided:
+            return fontMetrics().horizontalAdvance(text()) > width;
+        case Overflow::twoLines:
+            return lines(width).isCutShort;
+    }
+    return false;
 }
 
 bool TextLabel::event(QEvent* event) {
-    const int linesOfRoom = overflow_ == Overflow::twoLines ? 2 : 1;
-    if (event->type() == QEvent::ToolTip && overflow_ != Overflow::none &&
-        fontMetrics().horizontalAdvance(text()) > linesOfRoom * contentsRect().width()) {
-        // A tooltip guesses from its text whether that is markup; a status line may quote anything.
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           QStringLiteral("<span>%1</span>").arg(text().toHtmlEscaped()), this);
+    if (event->type() == QEvent::ToolTip && isCutShort()) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
         return true;
+    }
+    if (event->type() == QEvent::ParentChange) {
+        followParent();
     }
     return QLabel::event(event);
 }
 
-void TextLabel::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ApplicationFontChange) {
-        setFont(textFont(style_, QApplication::font()));
+// The application's font reaches windows and what they hold, but no size that a widget has set itself.
+bool TextLabel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FontChange && watched == parentWidget()) {
+        setFont(textFont(style_, parentWidget()->font()));
     }
-    QLabel::changeEvent(event);
+    return QLabel::eventFilter(watched, event);
+}
+
+void TextLabel::followParent() {
+    QWidget* parent = parentWidget();
+    if (parent == nullptr) {
+        setFont(textFont(style_, QApplication::font()));
+        return;
+    }
+    // What a former parent says later is not heeded.
+    parent->installEventFilter(this);
+    setFont(textFont(style_, parent->font()));
 }
 
 // The colour is worked out here rather than kept in a palette of the label's own, which would hide the window's
@@ -122,7 +148,7 @@ void TextLabel::paintEvent(QPaintEvent*) {
     const QString shown =
         overflow_ == Overflow::elided ? fontMetrics().elidedText(text(), Qt::ElideRight, area.width()) : text();
     if (overflow_ == Overflow::twoLines) {
-        const QStringList shownLines = lines(area.width());
+        const QStringList shownLines = lines(area.width()).shown;
         const int first = static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignTop));
         for (int i = 0; i < shownLines.size(); ++i) {
             style()->drawItemText(&painter, area.translated(0, i * fontMetrics().lineSpacing()), first, colours,

@@ -6,7 +6,7 @@
 
 namespace pallwick {
 
-/// A text in one of the views' styles and colours; it follows the application's font and palette.
+/// A text in one of the views' styles and colours; it follows the font and the palette of the widget that it is in.
 class TextLabel final : public QLabel {
     Q_OBJECT
 
@@ -37,12 +37,18 @@ public:
 
 protected:
     bool event(QEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    struct Lines {
+        QStringList shown;
+        bool isCutShort = false;
+    };
     /// The text as one or two lines of `width` pixels.
-    [[nodiscard]] QStringList lines(int width) const;
+    [[nodiscard]] Lines lines(int width) const;
+    [[nodiscard]] bool isCutShort() const;
+    void followParent();
     [[nodiscard]] int digitWidth() const;
     [[nodiscard]] int advance(QChar character) const;
     [[nodiscard]] int monospacedWidth() const;

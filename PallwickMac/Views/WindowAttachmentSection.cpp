@@ -4,6 +4,7 @@
 #include <PallwickMac/Views/SymbolButton.h>
 #include <PallwickMac/Views/TextLabel.h>
 #include <PallwickMac/Views/WindowPicker.h>
+#include <PallwickMac/Views/WrappingRow.h>
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -39,12 +40,10 @@ WindowAttachmentSection::WindowAttachmentSection(AppModel& model, QWidget* paren
     header->addWidget(new TextLabel(TextStyle::headline, TextColor::primary, QStringLiteral("Window")));
     header->addStretch();
     header->addWidget(refreshButton);
-    auto* controls = new QHBoxLayout;
-    controls->setSpacing(8);
+    auto* controls = new WrappingRow(8, 8);
     controls->addWidget(picker_);
     controls->addWidget(attachButton_);
     controls->addWidget(detachButton_);
-    controls->addStretch();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(8);

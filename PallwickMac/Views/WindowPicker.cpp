@@ -1,10 +1,14 @@
 #include <PallwickMac/Views/WindowPicker.h>
 
+#include <PallwickMac/Views/Appearance.h>
+
 #include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -49,13 +53,28 @@ QSize WindowPicker::sizeHint() const {
     return {fixedWidth, QComboBox::sizeHint().height()};
 }
 
+QRect WindowPicker::textField() const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    return style()
+        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
+        .adjusted(0, 0, -2, 0);
+}
+
+bool WindowPicker::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && fontMetrics().horizontalAdvance(currentText()) > textField().width()) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(currentText()), this);
+        return true;
+    }
+    return QComboBox::event(event);
+}
+
 void WindowPicker::paintEvent(QPaintEvent*) {
     QStylePainter painter(this);
     QStyleOptionComboBox option;
     initStyleOption(&option);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
-    const QRect field = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, field.width() - 2);
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, textField().width());
     painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 

@@ -28,11 +28,16 @@ Q_SIGNALS:
     void windowChosen(std::optional<std::uint32_t> id);
 
 protected:
+    /// Shows the chosen name where the field had to cut it short.
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     /// Left to what scrolls around it: a choice is not made in passing.
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    /// Where the chosen name is written.
+    [[nodiscard]] QRect textField() const;
+
     std::vector<TrackedWindow> windows_;
 };
 

@@ -8,6 +8,8 @@ pallwick_add_tests(pallwick-views-tests
         AppModelTest.cpp
         AppModelWindowTest.cpp
         ContentViewTest.cpp
+        ContrastTest.cpp
+        LargeTextTest.cpp
         MenuBarExtraTest.cpp
         OverlayListViewTest.cpp
         OverlayMenuTest.cpp
@@ -18,6 +20,7 @@ pallwick_add_tests(pallwick-views-tests
         SymbolIconTest.cpp
         WindowAttachmentSectionTest.cpp
         WindowContentSizeConfiguratorTest.cpp
+        WrappingRowTest.cpp
         ViewTestSupport.cpp
         ../support/TemporaryDirectory.cpp
     LIBRARIES pallwick-application-test-main pallwick-platform-fake pallwick-application Qt6::Test)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <support/Program.h>
+#include <support/MainWindow.h>
 
 #include <functional>
 #include <memory>
@@ -38,7 +38,7 @@ public:
 
     [[nodiscard]] support::PrivateDesktop& desktop() { return *desktop_; }
     [[nodiscard]] support::Program& program() { return *program_; }
-    [[nodiscard]] xcb_window_t mainWindow() const { return mainWindow_; }
+    [[nodiscard]] xcb_window_t mainWindow() const { return main_->window(); }
     [[nodiscard]] support::Pointer& pointer() { return desktop_->pointer(); }
     [[nodiscard]] support::Windows& windows() { return desktop_->windows(); }
 
@@ -55,7 +55,7 @@ public:
     [[nodiscard]] support::PixelRect secretRect() const;
 
     /// Operates a button through the accessibility service: neither pointer nor keyboard focus move.
-    void operate(const std::string& button);
+    void operate(const std::string& button) { main_->operate(button); }
     /// Adds one in that way and returns it once it is shown.
     support::Program::Overlay add();
     void lock();
@@ -66,23 +66,23 @@ public:
     void setTint(int opacity);
     /// The selected overlay's blur and opacity in hundredths, and whether it has the glass.
     void setStyle(int blur, int opacity, bool glass = true);
-    void setGlass(bool on);
+    void setGlass(bool on) { main_->setGlass(on); }
     /// Moves a slider by the keyboard; its values are 0 to 100.
-    void slideTo(const std::string& name, int value);
+    void slideTo(const std::string& name, int value) { main_->slideTo(name, value); }
     /// Attaches the selected overlay to the last window that the inspector offers, asked for anew. Activates the main
     /// window.
-    void attachToLastWindow();
+    void attachToLastWindow() { main_->attachToLastWindow(); }
     /// Returns the window of a context menu once it is shown.
-    xcb_window_t awaitMenu();
+    xcb_window_t awaitMenu() { return main_->awaitMenu(); }
     /// Opens the menu of presets and chooses from it, each by a real click.
-    void choosePreset(const std::string& entry);
+    void choosePreset(const std::string& entry) { main_->choosePreset(entry); }
     /// The list's rows from top to bottom.
-    [[nodiscard]] std::vector<support::Accessible> rows();
+    [[nodiscard]] std::vector<support::Accessible> rows() { return main_->rows(); }
     /// Returns once the list has just these rows.
-    void awaitRows(const std::vector<std::string>& texts);
-    [[nodiscard]] std::string statusText();
+    void awaitRows(const std::vector<std::string>& texts) { main_->awaitRows(texts); }
+    [[nodiscard]] std::string statusText() { return main_->statusText(); }
     /// Returns once the status line says so.
-    void awaitStatus(const std::string& text);
+    void awaitStatus(const std::string& text) { main_->awaitStatus(text); }
 
     /// Drags by that way, in one move.
     support::Program::Overlay dragBy(const support::Program::Overlay& overlay, support::PixelPoint way);
@@ -99,18 +99,17 @@ public:
                const std::function<bool(const support::Screenshot&)>& isLast);
 
     /// Returns when the program has seen and answered all that the server has told it before, several times over.
-    void settle();
+    void settle() { main_->settle(); }
 
     [[nodiscard]] support::PixelRect rectOf(xcb_window_t window);
 
 private:
     void startProgram();
-    void placeMainWindow();
 
     Options options_;
     std::unique_ptr<support::PrivateDesktop> desktop_;
     std::unique_ptr<support::Program> program_;
-    xcb_window_t mainWindow_ = support::noWindow;
+    std::unique_ptr<support::MainWindow> main_;
 };
 
 /// The window that the pointer is over and would be told of a click: a child of the root, none for the root itself.

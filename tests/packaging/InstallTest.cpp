@@ -26,21 +26,21 @@ constexpr const char* manualPage = "share/man/man1/pallwick.1";
 TEST(Install, PutsEveryFileInItsPlace) {
     const InstalledTree tree;
 
-    EXPECT_THAT(
-        tree.files(),
-        UnorderedElementsAre("usr/bin/pallwick", "usr/share/applications/org.pallwick.Pallwick.desktop",
-                             "usr/share/doc/pallwick/CHANGELOG.md", "usr/share/doc/pallwick/copyright",
-                             "usr/share/icons/hicolor/128x128/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/16x16/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/22x22/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/24x24/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/256x256/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/32x32/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/48x48/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/512x512/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/64x64/apps/org.pallwick.Pallwick.png",
-                             "usr/share/icons/hicolor/scalable/apps/org.pallwick.Pallwick.svg",
-                             "usr/share/man/man1/pallwick.1", "usr/share/metainfo/org.pallwick.Pallwick.metainfo.xml"));
+    EXPECT_THAT(tree.files(),
+                UnorderedElementsAre(
+                    "usr/bin/pallwick", "usr/share/applications/org.pallwick.Pallwick.desktop",
+                    "usr/share/doc/pallwick/CHANGELOG.md", "usr/share/doc/pallwick/copyright",
+                    "usr/share/doc/pallwick/guide.md", "usr/share/icons/hicolor/128x128/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/16x16/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/22x22/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/24x24/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/256x256/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/32x32/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/48x48/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/512x512/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/64x64/apps/org.pallwick.Pallwick.png",
+                    "usr/share/icons/hicolor/scalable/apps/org.pallwick.Pallwick.svg", "usr/share/man/man1/pallwick.1",
+                    "usr/share/metainfo/org.pallwick.Pallwick.metainfo.xml"));
 }
 
 TEST(DesktopEntry, IsValid) {

@@ -198,10 +198,19 @@ void PrivateDesktop::setGround(Colour colour) {
     x_->roundTrip();
 }
 
-void PrivateDesktop::useDarkColours() {
+void PrivateDesktop::addKdeSettings(const std::string& settings) {
     own_["XDG_CURRENT_DESKTOP"] = "KDE";
     own_["KDE_SESSION_VERSION"] = "5";
-    std::ofstream(configHome() / "kdeglobals") << R"([Colors:Window]
+    std::ofstream(configHome() / "kdeglobals", std::ios::app) << settings;
+}
+
+void PrivateDesktop::useTextSize(int points) {
+    const std::string font = "DejaVu Sans," + std::to_string(points) + ",-1,5,50,0,0,0,0,0\n";
+    addKdeSettings("[General]\nfont=" + font + "menuFont=" + font);
+}
+
+void PrivateDesktop::useDarkColours() {
+    addKdeSettings(R"([Colors:Window]
 BackgroundNormal=42,46,50
 ForegroundNormal=252,252,252
 [Colors:View]
@@ -219,7 +228,7 @@ BackgroundNormal=49,54,59
 ForegroundNormal=252,252,252
 [KDE]
 widgetStyle=Fusion
-)";
+)");
 }
 
 }  // namespace pallwick::support

@@ -76,9 +76,13 @@ public:
     void setGround(Colour colour);
     /// Gives programs started later the dark colours of a KDE desktop.
     void useDarkColours();
+    /// Gives programs started later the text size of a KDE desktop, in points at 96 dots an inch.
+    void useTextSize(int points);
 
 private:
     void startSessionBus();
+    /// Adds to the settings of a KDE desktop, which programs started later take this one for.
+    void addKdeSettings(const std::string& settings);
     /// Returns once the window manager answers to windows.
     void awaitManagement();
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -90,8 +91,8 @@ Colour Screenshot::at(PixelPoint point) const {
     if (!rect_.contains(point)) {
         throw std::out_of_range(describe(point) + " is not on the screen");
     }
-    return colourOf(pixels_[static_cast<std::size_t>(point.y) * static_cast<std::size_t>(rect_.width) +
-                            static_cast<std::size_t>(point.x)]);
+    return colourOf(pixels_[static_cast<std::size_t>(point.y - rect_.y) * static_cast<std::size_t>(rect_.width) +
+                            static_cast<std::size_t>(point.x - rect_.x)]);
 }
 
 template <typename Visit>
@@ -151,6 +152,17 @@ Colour Screenshot::mean(const PixelArea& area) const {
     return {.red = static_cast<std::uint8_t>(sums[0] / pixels),
             .green = static_cast<std::uint8_t>(sums[1] / pixels),
             .blue = static_cast<std::uint8_t>(sums[2] / pixels)};
+}
+
+Screenshot Screenshot::part(const PixelRect& rect) const {
+    Screenshot result;
+    result.rect_ = rect.intersection(rect_);
+    for (int y = result.rect_.y; y < result.rect_.maxY(); ++y) {
+        const auto row = pixels_.begin() + static_cast<std::ptrdiff_t>(y - rect_.y) * rect_.width;
+        result.pixels_.insert(result.pixels_.end(), row + (result.rect_.x - rect_.x),
+                              row + (result.rect_.maxX() - rect_.x));
+    }
+    return result;
 }
 
 void Screenshot::savePng(const std::filesystem::path& file) const {

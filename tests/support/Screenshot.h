@@ -67,6 +67,8 @@ public:
     [[nodiscard]] int distinctColours(const PixelArea& area) const;
     /// The mean of each channel; black for an area that is not on the screen.
     [[nodiscard]] Colour mean(const PixelArea& area) const;
+    /// What of it lies in `rect`, which need not be all on the screen; its points stay those of the root window.
+    [[nodiscard]] Screenshot part(const PixelRect& rect) const;
     /// Throws `std::runtime_error` when the file cannot be written.
     void savePng(const std::filesystem::path& file) const;
 

@@ -3,8 +3,9 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <utility>
 
-#include <support/Screenshot.h>
+#include <support/NumberedPictures.h>
 
 namespace pallwick::tour {
 
@@ -12,7 +13,7 @@ namespace pallwick::tour {
 class Record {
 public:
     /// Makes the directory, and removes the pictures of an earlier tour from it.
-    explicit Record(std::filesystem::path directory);
+    explicit Record(std::filesystem::path directory) : pictures_(std::move(directory)) {}
 
     void heading(const std::string& text);
     /// Prints whether `sentence` is true, and what was `seen` where it is not.
@@ -20,14 +21,13 @@ public:
     /// Runs a part of the tour. Where it cannot go on, that is a failed check with the reason, and the result is false.
     bool attempt(const std::string& part, const std::function<void()>& body);
     /// Saves "<number>-<name>.png".
-    void picture(const support::Screenshot& screen, const std::string& name);
+    void picture(const support::Screenshot& screen, const std::string& name) { pictures_.save(screen, name); }
 
     [[nodiscard]] int passed() const { return passed_; }
     [[nodiscard]] int failed() const { return failed_; }
 
 private:
-    std::filesystem::path directory_;
-    int pictures_ = 0;
+    support::NumberedPictures pictures_;
     int passed_ = 0;
     int failed_ = 0;
 };

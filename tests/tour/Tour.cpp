@@ -12,6 +12,7 @@ using support::PixelArea;
 using support::PixelPoint;
 using support::PixelRect;
 using support::Screenshot;
+using support::SecretWindow;
 
 constexpr Colour black{};
 /// Neither the overlay's black nor the terminal's colours.
@@ -69,28 +70,16 @@ void Tour::start() {
     secret_.emplace(desktop_, PixelPoint{.x = static_cast<int>(20 * scale_), .y = static_cast<int>(30 * scale_)},
                     scale_);
     program_.emplace(desktop_, support::Program::Options{.scale = scale_});
-    mainWindow_ = program_->awaitMainWindow();
-    placeMainWindow();
+    main_.emplace(desktop_, *program_);
+    // Neither the terminal nor the overlay over it is in its way there.
+    main_->placeInCorner();
+    desktop_.awaitPixels("the text beside the main window", [&](const Screenshot& seen) {
+        return SecretWindow::textIn(seen, PixelArea::rectangle(secret_->rect())) > 0;
+    });
     textBefore_ = SecretWindow::textIn(desktop_.screenshot(), PixelArea::rectangle(secret_->rect()));
     record_.check(textBefore_ > 0, "the terminal's text is readable at first");
     record_.check(program_->overlays().empty(), "there is no overlay at first");
     picture("start");
-}
-
-void Tour::placeMainWindow() {
-    const PixelRect frame = desktop_.windows().frame(mainWindow_).value_or(PixelRect{});
-    const PixelRect client = desktop_.windows().rect(mainWindow_).value_or(PixelRect{});
-    const PixelRect screen = desktop_.x().rootRect();
-    const PixelPoint corner{.x = screen.width - frame.width + client.x - frame.x,
-                            .y = screen.height - frame.height + client.y - frame.y};
-    desktop_.windows().move(mainWindow_, corner);
-    desktop_.x().await("the main window in the corner", [&] {
-        const PixelRect now = desktop_.windows().rect(mainWindow_).value_or(PixelRect{});
-        return now.x == corner.x && now.y == corner.y;
-    });
-    desktop_.awaitPixels("the text beside the main window", [&](const Screenshot& seen) {
-        return SecretWindow::textIn(seen, PixelArea::rectangle(secret_->rect())) > 0;
-    });
 }
 
 void Tour::add() {
@@ -155,7 +144,7 @@ void Tour::resize() {
 }
 
 void Tour::lock() {
-    program_->giveKeyboardTo(mainWindow_);
+    program_->giveKeyboardTo(main_->window());
     support::AccessibleTree& controls = program_->controls();
     const support::Accessible button = controls.await("push button", "Lock");
     const auto focusedControl = [&] {
@@ -263,7 +252,7 @@ void Tour::showDark() {
         desktop_.useDarkColours();
         start();
         add();
-        const PixelRect window = desktop_.windows().rect(mainWindow_).value_or(PixelRect{});
+        const PixelRect window = main_->rect();
         const Colour mean = desktop_.screenshot().mean(PixelArea::rectangle(window));
         constexpr int darkest = 90;
         record_.check(mean.red < darkest && mean.green < darkest && mean.blue < darkest, "the main window is dark",

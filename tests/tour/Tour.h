@@ -3,10 +3,10 @@
 #include <optional>
 #include <string>
 
-#include <support/Program.h>
+#include <support/MainWindow.h>
+#include <support/SecretWindow.h>
 
 #include "Record.h"
-#include "SecretWindow.h"
 
 namespace pallwick::tour {
 
@@ -39,8 +39,6 @@ private:
     [[nodiscard]] int pixels(double points) const { return program_->pixels(points); }
     /// The overlay's tint less its edge: two points in from the frame.
     [[nodiscard]] support::PixelArea inside(const support::PixelRect& overlay) const;
-    /// Puts the main window where neither the terminal nor the overlay over it is in its way.
-    void placeMainWindow();
     /// Waits until the screen shows the overlay where it was just put, above everything.
     void awaitCover();
     /// That the overlay hides the text at this very moment.
@@ -49,11 +47,11 @@ private:
 
     Record& record_;
     support::PrivateDesktop desktop_;
-    std::optional<SecretWindow> secret_;
+    std::optional<support::SecretWindow> secret_;
     std::optional<support::Program> program_;
+    std::optional<support::MainWindow> main_;
     double scale_;
     std::string suffix_;
-    xcb_window_t mainWindow_ = support::noWindow;
     support::PixelRect overlay_;
     int textBefore_ = 0;
 };

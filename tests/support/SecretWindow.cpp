@@ -3,13 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace pallwick::tour {
+namespace pallwick::support {
 namespace {
-
-using support::Colour;
-using support::PixelArea;
-using support::PixelRect;
-using support::Screenshot;
 
 constexpr const char* title = "Payroll";
 /// Nothing else on the desktop is magenta: not the accent, not the red of the delete control.
@@ -21,8 +16,7 @@ constexpr int textPixelsWhenPainted = 3000;
 
 }  // namespace
 
-SecretWindow::SecretWindow(support::PrivateDesktop& desktop, support::PixelPoint place, double scale)
-    : desktop_(desktop) {
+SecretWindow::SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale) : desktop_(desktop) {
     // The last command keeps the terminal open without a prompt.
     const std::string script =
         "for line in 1 2 3 4 5 6 7 8 9; do echo \"Salary of No. $line: 98,${line}00\"; done; exec cat";
@@ -38,7 +32,7 @@ SecretWindow::SecretWindow(support::PrivateDesktop& desktop, support::PixelPoint
                               "-bg",
                               "#fffff0",
                               "-fg",
-                              support::describe(textColour),
+                              describe(textColour),
                               "-cr",
                               "#fffff0",
                               "-geometry",
@@ -58,7 +52,7 @@ PixelRect SecretWindow::rect() {
 }
 
 int SecretWindow::textIn(const Screenshot& screen, const PixelArea& area) {
-    return screen.count(area, support::isNear(textColour, textTolerance));
+    return screen.count(area, isNear(textColour, textTolerance));
 }
 
 int SecretWindow::tracesIn(const Screenshot& screen, const PixelArea& area) {
@@ -68,4 +62,4 @@ int SecretWindow::tracesIn(const Screenshot& screen, const PixelArea& area) {
                         [](Colour colour) { return std::min(colour.red, colour.blue) - colour.green >= faintest; });
 }
 
-}  // namespace pallwick::tour
+}  // namespace pallwick::support
