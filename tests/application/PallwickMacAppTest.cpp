@@ -228,12 +228,13 @@ TEST_F(Reopening, BringsAClosedWindowBackAsItWas) {
     expectOpen();
 }
 
-TEST_F(Reopening, BringsAMinimizedWindowBackAsItWas) {
+TEST_F(Reopening, LeavesAMinimizedWindowToTheDesktop) {
     app->mainWindow().showMinimized();
 
     platform->startAgain(token);
 
-    expectOpen();
+    ASSERT_THAT(platform->activations(), ::testing::SizeIs(1));
+    EXPECT_EQ(platform->activations().front().window, app->mainWindow().windowHandle());
 }
 
 TEST_F(Reopening, BringsAWindowBackThatWasClosedWhileMinimized) {
@@ -261,10 +262,11 @@ TEST_F(Reopening, FollowsAClickOnTheMenuBarExtra) {
 
 TEST_F(Reopening, KeepsAMaximizedWindowMaximized) {
     app->mainWindow().showMaximized();
-    app->mainWindow().showMinimized();
+    app->mainWindow().close();
 
     platform->startAgain(token);
 
+    EXPECT_TRUE(app->mainWindow().isVisible());
     EXPECT_TRUE(app->mainWindow().isMaximized());
 }
 
