@@ -200,6 +200,20 @@ TEST_F(PallwickMacAppTest, QuitsWhileADialogIsInFront) {
     EXPECT_EQ(app->run(), 0);
 }
 
+TEST_F(PallwickMacAppTest, TakesItsKeysInTheSettingsToo) {
+    showNow(app->settingsWindow());
+    for (const bool isMainWindowOpen : {true, false}) {
+        app->mainWindow().setVisible(isMainWindowOpen);
+        app->settingsWindow().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&app->settingsWindow()));
+        const std::size_t before = app->model().overlays().size();
+
+        QTest::keyClick(&app->settingsWindow(), Qt::Key_N, Qt::ControlModifier);
+
+        EXPECT_EQ(app->model().overlays().size(), before + 1) << "main window open: " << isMainWindowOpen;
+    }
+}
+
 /// How the main window may be when it is wanted in front.
 class Reopening : public PallwickMacAppTest {
 protected:
