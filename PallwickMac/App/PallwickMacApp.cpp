@@ -86,7 +86,11 @@ void PallwickMacApp::makeMenus() {
     for (QAction* action : {settings, quit}) {
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
-    mainWindow_->menuBar()->addMenu(new OverlayMenu(*model_, mainWindow_.get()));
+    auto* overlay = new OverlayMenu(*model_, mainWindow_.get());
+    mainWindow_->menuBar()->addMenu(overlay);
+    // Keys of a menu count only while its window is open, and the settings may outlive that one on the screen.
+    settingsWindow_->addActions({settings, quit});
+    settingsWindow_->addActions(overlay->actions());
     // With the menus in place, for they are no part of the content.
     mainWindow_->resize(firstContentSize + QSize(0, mainWindow_->menuBar()->sizeHint().height()));
     new WindowContentSizeConfigurator(minimumContentSize, mainWindow_->centralWidget());

@@ -50,5 +50,21 @@ TEST(NullPlatform, MakesSurfacesThatKeepTheirFrameAndNeverShow) {
     EXPECT_FALSE(surface->isVisible());
 }
 
+TEST(NullPlatform, HasAStatusItemThatNeverShows) {
+    NullPlatform platform;
+    const std::unique_ptr<StatusItem> item =
+        platform.makeStatusItem({.title = QStringLiteral("Pallwick"), .toolTip = {}, .icon = {}, .menu = {}});
+
+    item->setMenu({{.label = QStringLiteral("Quit")}});
+
+    EXPECT_FALSE(item->isShown());
+}
+
+TEST(NullPlatform, HasNoOtherInstance) {
+    NullPlatform platform;
+
+    EXPECT_TRUE(platform.claimInstance({}));
+}
+
 }  // namespace
 }  // namespace pallwick

@@ -200,6 +200,20 @@ TEST_F(PallwickMacAppTest, QuitsWhileADialogIsInFront) {
     EXPECT_EQ(app->run(), 0);
 }
 
+TEST_F(PallwickMacAppTest, TakesItsKeysInTheSettingsToo) {
+    showNow(app->settingsWindow());
+    for (const bool isMainWindowOpen : {true, false}) {
+        app->mainWindow().setVisible(isMainWindowOpen);
+        app->settingsWindow().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&app->settingsWindow()));
+        const std::size_t before = app->model().overlays().size();
+
+        QTest::keyClick(&app->settingsWindow(), Qt::Key_N, Qt::ControlModifier);
+
+        EXPECT_EQ(app->model().overlays().size(), before + 1) << "main window open: " << isMainWindowOpen;
+    }
+}
+
 /// How the main window may be when it is wanted in front.
 class Reopening : public PallwickMacAppTest {
 protected:
@@ -228,12 +242,13 @@ TEST_F(Reopening, BringsAClosedWindowBackAsItWas) {
     expectOpen();
 }
 
-TEST_F(Reopening, BringsAMinimizedWindowBackAsItWas) {
+TEST_F(Reopening, LeavesAMinimizedWindowToTheDesktop) {
     app->mainWindow().showMinimized();
 
     platform->startAgain(token);
 
-    expectOpen();
+    ASSERT_THAT(platform->activations(), ::testing::SizeIs(1));
+    EXPECT_EQ(platform->activations().front().window, app->mainWindow().windowHandle());
 }
 
 TEST_F(Reopening, BringsAWindowBackThatWasClosedWhileMinimized) {
@@ -261,10 +276,11 @@ TEST_F(Reopening, FollowsAClickOnTheMenuBarExtra) {
 
 TEST_F(Reopening, KeepsAMaximizedWindowMaximized) {
     app->mainWindow().showMaximized();
-    app->mainWindow().showMinimized();
+    app->mainWindow().close();
 
     platform->startAgain(token);
 
+    EXPECT_TRUE(app->mainWindow().isVisible());
     EXPECT_TRUE(app->mainWindow().isMaximized());
 }
 

@@ -11,7 +11,6 @@ namespace {
 
 using support::Environment;
 using support::ExitStatus;
-using support::PixelRect;
 using support::PrivateDesktop;
 using support::Process;
 using support::Program;

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <support/Program.h>
 
+#include <csignal>
+
 #include "Stage.h"
 
 namespace pallwick::desktop {
@@ -110,6 +112,17 @@ TEST_P(LostServer, EndsTheProgramWithOneLine) {
 
 // What ends first is a race between the program's two connections, so it is run several times.
 INSTANTIATE_TEST_SUITE_P(Times, LostServer, testing::Range(1, 6));
+
+TEST(SessionEnd, IsNotHeldUpByAProgramWithoutAWindow) {
+    Stage stage(DesktopKind::openbox);
+    stage.add();
+    stage.program().closeMainWindow();
+    stage.desktop().x().release(stage.program().process());
+
+    stage.program().process().signal(SIGTERM);
+
+    EXPECT_EQ(stage.program().process().awaitExit(), (ExitStatus{.code = 0, .signal = SIGTERM}));
+}
 
 TEST(WaylandSession, HasTheProgramOnItsXServer) {
     PrivateDesktop desktop(

@@ -1,7 +1,6 @@
 #include <PallwickMac/Platform/Fake/FakePlatform.h>
 
 #include <QPainter>
-#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -176,11 +175,6 @@ std::unique_ptr<OverlaySurface> FakePlatform::makeOverlaySurface(OverlaySurfaceC
 
 std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescription& description) {
     return std::make_unique<FakeStatusItem>(*this, description);
-}
-
-void FakePlatform::activate(QWindow& window, const ActivationToken& token) {
-    activations_.push_back({&window, token});
-    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
 }
 
 std::vector<Rect> FakePlatform::screenFrames() const {

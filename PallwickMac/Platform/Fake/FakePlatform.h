@@ -137,7 +137,7 @@ public:
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) override;
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description) override;
     [[nodiscard]] bool claimInstance(const ActivationToken& /*token*/) override { return true; }
-    void activate(QWindow& window, const ActivationToken& token) override;
+    void activate(QWindow& window, const ActivationToken& token) override { activations_.push_back({&window, token}); }
 
     void setScreens(std::vector<Screen> screens);
     void setFrontmostApplication(std::optional<FrontmostApplication> application);
