@@ -18,6 +18,17 @@ double relativeLuminance(const QColor& color) {
     return 0.2126 * linear(rgb.redF()) + 0.7152 * linear(rgb.greenF()) + 0.0722 * linear(rgb.blueF());
 }
 
+/// `wanted` moved towards `text` just far enough for that contrast.
+QColor standingOut(const QColor& background, const QColor& wanted, const QColor& text, double contrast) {
+    for (double share = 0; share < 1; share += 0.05) {
+        const QColor candidate = blended(wanted, text, share);
+        if (contrastRatio(candidate, background) >= contrast) {
+            return candidate;
+        }
+    }
+    return text;
+}
+
 /// `wanted` moved towards the palette's own text just far enough to be read on the window and on the sidebar.
 QColor legible(const QColor& wanted, const QPalette& palette) {
     const QColor text = palette.color(QPalette::WindowText);
@@ -80,13 +91,16 @@ QColor controlOutline(const QPalette& palette) {
 }
 
 QColor legibleOn(const QColor& background, const QColor& wanted, const QColor& text) {
-    for (double share = 0; share < 1; share += 0.05) {
-        const QColor candidate = blended(wanted, text, share);
-        if (contrastRatio(candidate, background) >= legibleContrast) {
-            return candidate;
-        }
-    }
-    return text;
+    return standingOut(background, wanted, text, legibleContrast);
+}
+
+QColor focusColor(const QPalette& palette) {
+    constexpr double visibleContrast = 3;
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
+    return standingOut(sidebarBackground(palette),
+                       standingOut(palette.color(QPalette::Window), highlight, text, visibleContrast), text,
+                       visibleContrast);
 }
 
 QColor selectionColor(const QPalette& palette) {

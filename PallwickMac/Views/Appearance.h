@@ -30,6 +30,10 @@ namespace pallwick {
 /// far as that text needs to be read.
 [[nodiscard]] QColor selectionColor(const QPalette& palette);
 
+/// The mark of the control that the keyboard acts on: the palette's highlight, with a contrast of at least 3 on the
+/// window and on the sidebar.
+[[nodiscard]] QColor focusColor(const QPalette& palette);
+
 /// The text of a control that cannot be used just now, still to be made out.
 [[nodiscard]] QColor disabledTextColor(const QPalette& palette);
 

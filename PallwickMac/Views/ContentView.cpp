@@ -9,6 +9,7 @@
 #include <PallwickMac/Views/SymbolButton.h>
 #include <PallwickMac/Views/TextLabel.h>
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QScrollArea>
@@ -107,6 +108,13 @@ QWidget* ContentView::makeInspector() {
     scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
+    // The Tab key brings what it reaches into sight by itself; a screen reader that moves the focus does not.
+    connect(qApp, &QApplication::focusChanged, scrollArea, [scrollArea](const QWidget*, QWidget* now) {
+        // What is pressed by the mouse stays under it.
+        if (now && scrollArea->widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton) {
+            scrollArea->ensureWidgetVisible(now);
+        }
+    });
     return scrollArea;
 }
 

@@ -41,7 +41,7 @@ bool showsFocus(const QStyleOption& option) {
 void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette.color(QPalette::Active, QPalette::Highlight), 2));
+    painter.setPen(QPen(focusColor(palette), 2));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius, radius);
     painter.restore();

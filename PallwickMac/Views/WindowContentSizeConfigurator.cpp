@@ -2,6 +2,8 @@
 
 #include <QLayout>
 #include <QMainWindow>
+#include <QScreen>
+#include <QWindow>
 
 namespace pallwick {
 
@@ -13,6 +15,24 @@ WindowContentSizeConfigurator::WindowContentSizeConfigurator(const QSize& minimu
 
 void WindowContentSizeConfigurator::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    configure();
+    followScale();
+}
+
+void WindowContentSizeConfigurator::followScale() {
+    disconnect(scaleChanges_);
+    if (const QScreen* screen = window()->screen()) {
+        // Queued: the toolkit has yet to work the new scale out for its windows.
+        scaleChanges_ = connect(screen, &QScreen::logicalDotsPerInchChanged, this,
+                                &WindowContentSizeConfigurator::keepSizeInPoints, Qt::QueuedConnection);
+    }
+}
+
+void WindowContentSizeConfigurator::keepSizeInPoints() {
+    // The toolkit leaves the window as many pixels as it had, which are fewer points at a larger scale.
+    if (QWindow* handle = window()->windowHandle()) {
+        handle->resize(handle->size().expandedTo(window()->size()));
+    }
     configure();
 }
 

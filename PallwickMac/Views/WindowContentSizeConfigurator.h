@@ -6,7 +6,8 @@
 namespace pallwick {
 
 /// Nothing to see. Keeps the content area of the main window that it is in, menus and title bar not counted, from being
-/// smaller than a minimum: the window grows to it and cannot be made smaller. It never shrinks a window.
+/// smaller than a minimum: the window grows to it, at a larger scale too, and cannot be made smaller. It never shrinks
+/// a window.
 class WindowContentSizeConfigurator final : public QWidget {
     Q_OBJECT
 
@@ -19,8 +20,11 @@ protected:
 
 private:
     void configure();
+    void followScale();
+    void keepSizeInPoints();
 
     QSize minimumSize_;
+    QMetaObject::Connection scaleChanges_;
 };
 
 }  // namespace pallwick

@@ -174,6 +174,13 @@ TEST_P(Contrast, OfTheRowsIsEnoughSelectedOrNot) {
     }
 }
 
+TEST_P(Contrast, OfTheFocusWithWhatIsAroundItIsEnough) {
+    const QPalette& palette = GetParam().palette;
+
+    EXPECT_GE(contrastRatio(focusColor(palette), palette.color(QPalette::Window)), 3);
+    EXPECT_GE(contrastRatio(focusColor(palette), sidebarBackground(palette)), 3);
+}
+
 TEST_P(Contrast, OfTheSettingsIsEnough) {
     SettingsView view;
     showNow(view);

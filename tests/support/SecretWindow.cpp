@@ -16,10 +16,12 @@ constexpr int textPixelsWhenPainted = 3000;
 
 }  // namespace
 
-SecretWindow::SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale) : desktop_(desktop) {
+SecretWindow::SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale, Text text) : desktop_(desktop) {
     // The last command keeps the terminal open without a prompt.
     const std::string script =
-        "for line in 1 2 3 4 5 6 7 8 9; do echo \"Salary of No. $line: 98,${line}00\"; done; exec cat";
+        text == Text::still
+            ? "for line in 1 2 3 4 5 6 7 8 9; do echo \"Salary of No. $line: 98,${line}00\"; done; exec cat"
+            : "line=0; while sleep 0.05; do line=$((line + 1)); echo \"Salary of No. $line: 98,${line}00\"; done";
     process_ = desktop.start({"xterm",
                               "-title",
                               title,

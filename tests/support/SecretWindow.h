@@ -9,8 +9,10 @@ namespace pallwick::support {
 /// A terminal (xterm) full of text in a strong colour on a light ground: what an overlay is to hide.
 class SecretWindow {
 public:
+    enum class Text { still, running };
+
     /// Returns when the text is on the screen. `scale` enlarges the window and its letters.
-    SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale);
+    SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale, Text text = Text::still);
 
     [[nodiscard]] xcb_window_t window() const { return window_; }
     [[nodiscard]] PixelRect rect();

@@ -2,6 +2,7 @@
 
 #include <support/Process.h>
 
+#include "FeatureTour.h"
 #include "Tour.h"
 
 int main(int argc, char** argv) {
@@ -17,6 +18,7 @@ int main(int argc, char** argv) {
         Tour(record, 1, Compositor::picom, "-composited").walk();
         Tour(record, 2, Compositor::none, "-scale-2").walk();
         Tour(record, 1, Compositor::none, "-dark").showDark();
+        record.attempt("the other features", [&] { pallwick::tour::FeatureTour(record).walk(); });
         record.heading("Pictures are in " + std::string(argv[1]));
         std::cout << record.passed() << " passed, " << record.failed() << " failed" << std::endl;
         return record.failed() == 0 ? 0 : 1;
