@@ -14,6 +14,7 @@
 #include <QEvent>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -27,6 +28,8 @@ namespace {
 constexpr QSize minimumContentSize(760, 460);
 // Shows all of the inspector without a scroll bar, the line about an attached window too.
 constexpr QSize firstContentSize(760, 516);
+// Nobody tells before a window is shown how high its title bar will be.
+constexpr int titleBarAllowance = 40;
 
 }  // namespace
 
@@ -92,7 +95,9 @@ void PallwickMacApp::makeMenus() {
     settingsWindow_->addActions({settings, quit});
     settingsWindow_->addActions(overlay->actions());
     // With the menus in place, for they are no part of the content.
-    mainWindow_->resize(firstContentSize + QSize(0, mainWindow_->menuBar()->sizeHint().height()));
+    const QSize firstSize = firstContentSize + QSize(0, mainWindow_->menuBar()->sizeHint().height());
+    const int room = mainWindow_->screen()->availableGeometry().height() - titleBarAllowance;
+    mainWindow_->resize(firstSize.boundedTo({firstSize.width(), room}));
     new WindowContentSizeConfigurator(minimumContentSize, mainWindow_->centralWidget());
 }
 

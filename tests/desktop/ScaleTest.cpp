@@ -41,6 +41,15 @@ TEST_P(MainWindowAtScale, IsWholeOnTheScreenWithAllItsControls) {
     EXPECT_EQ(remove.intersection(client), remove);
 }
 
+TEST(MainWindowAtTwiceTheScale, IsWholeOnAScreenThatHasRoomForItsSmallestSizeOnly) {
+    PrivateDesktop desktop({.server = {.width = 1920, .height = 1080}});
+    Program program(desktop, {.scale = 2, .scaleSource = Program::ScaleSource::xftDpi});
+
+    const PixelRect frame = desktop.windows().frame(program.awaitMainWindow()).value_or(PixelRect{});
+
+    EXPECT_EQ(frame.intersection(desktop.x().rootRect()), frame);
+}
+
 TEST(ScaleChange, OfTheResourcesLeavesOverlaysWhereTheyAre) {
     PrivateDesktop desktop({.server = {.width = 2560, .height = 1440}});
     Program program(desktop, {.scale = 1, .scaleSource = Program::ScaleSource::xftDpi});
