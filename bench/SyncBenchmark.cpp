@@ -45,6 +45,9 @@ public:
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeOverlaySurface(OverlaySurfaceContent& content) override {
         return std::make_unique<x11::X11OverlaySurface>(host_, content);
     }
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription&) override { return nullptr; }
+    [[nodiscard]] bool claimInstance(const ActivationToken&) override { return true; }
+    void activate(QWindow&, const ActivationToken&) override {}
 
     void roundTrip() {
         static_cast<void>(
