@@ -146,6 +146,9 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
             return sliderHandleDiameter;
         case PM_MenuVMargin:
             return menuMargin;
+        case PM_MenuHMargin:
+            // Entries are painted over what is beneath them, and the frame must not be.
+            return 1;
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical:
             return 0;
