@@ -355,7 +355,8 @@ std::shared_ptr<const WindowPixels> WindowLayers::pixelsOf(WindowLayer& layer) {
         xcb_composite_name_window_pixmap(xcb, layer.window, pixmap.id());
         PictureHandle picture(xcb, xcb_generate_id(xcb));
         xcb_render_create_picture(xcb, picture.id(), pixmap.id(), layer.format, 0, nullptr);
-        layer.pixels = std::make_shared<WindowPixels>(std::move(pixmap), std::move(picture));
+        layer.pixels =
+            std::make_shared<WindowPixels>(WindowPixels{.pixmap = std::move(pixmap), .picture = std::move(picture)});
     }
     return layer.pixels;
 }
