@@ -61,8 +61,20 @@ QRectF centredSquare(const QRect& rect) {
     return QRectF(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2, side, side);
 }
 
+/// Painted anew in every size.
+class DrawnIconEngine : public QIconEngine {
+public:
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
+    }
+};
+
 /// Keeps the drawing, not its pixels, so that no palette and no pixel ratio can go stale.
-class SymbolIconEngine final : public QIconEngine {
+class SymbolIconEngine final : public DrawnIconEngine {
 public:
     SymbolIconEngine(QByteArray drawing, const QWidget* host, std::optional<TextColor> color)
         : drawing_(std::move(drawing)), host_(host), color_(color) {}
@@ -73,14 +85,6 @@ public:
         QSvgRenderer renderer(coloured);
         painter->setRenderHint(QPainter::Antialiasing);
         renderer.render(painter, centredSquare(rect));
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        return pixmap;
     }
 
     [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(drawing_, host_, color_); }
@@ -107,7 +111,7 @@ private:
 };
 
 /// The symbol drawn twice, first as a wide line in the colour of what it contrasts with.
-class StatusIconEngine final : public QIconEngine {
+class StatusIconEngine final : public DrawnIconEngine {
 public:
     explicit StatusIconEngine(QByteArray drawing) : drawing_(std::move(drawing)) {}
 
@@ -117,14 +121,6 @@ public:
         const QRectF square = centredSquare(rect);
         paintLines(*painter, square, outlineWidth, palette.color(QPalette::Active, QPalette::Window));
         paintLines(*painter, square, lineWidth, palette.color(QPalette::Active, QPalette::WindowText));
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        return pixmap;
     }
 
     [[nodiscard]] QIconEngine* clone() const override { return new StatusIconEngine(drawing_); }

@@ -704,6 +704,30 @@ class TranslucentBeneath : public testing::TestWithParam<DesktopKind>, protected
 protected:
     TranslucentBeneath() : GlassStage(GetParam()) {}
 
+    /// That the glass shows `level` where a window of that colour lies beneath it, over white. Says where it lies.
+    PixelRect expectWithAlpha(std::uint32_t colour, int level) {
+        const auto client = open(stage().secretRect(), 255, 255);
+        add(halfBlurred);
+        stage().lock();
+        openWithAlpha(client->rect(), colour);
+        expectSettledGlass(measured(client->rect()), plain(level), halfBlurred);
+        return client->rect();
+    }
+
+    /// The same for a black window that asks to be drawn half opaque.
+    void expectWithHalfOpacity(int level) {
+        const auto client = open(stage().secretRect(), 255, 255);
+        add(halfBlurred);
+        stage().lock();
+        const auto visitor = openUnmanaged(client->rect(), 0);
+        expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
+
+        makeHalfOpaque(visitor->window());
+
+        expectSettledGlass(measured(client->rect()), plain(level), halfBlurred);
+    }
+
+private:
     void makeHalfOpaque(xcb_window_t window) {
         const std::uint32_t half = 0x80000000;
         support::XConnection& x = stage().desktop().x();
@@ -744,26 +768,12 @@ private:
 };
 
 TEST_P(TranslucentBeneath, IsMixedByItsAlphaChannel) {
-    const auto client = open(stage().secretRect(), 255, 255);
-    add(halfBlurred);
-    stage().lock();
-
-    openWithAlpha(client->rect(), 0x80202020);
-
     // A half of white, and what the window adds to it.
-    expectSettledGlass(measured(client->rect()), plain(127 + 32), halfBlurred);
+    expectWithAlpha(0x80202020, 127 + 32);
 }
 
 TEST_P(TranslucentBeneath, IsSeenThroughTheGlassAsTranslucentAsItIs) {
-    const auto client = open(stage().secretRect(), 255, 255);
-    add(halfBlurred);
-    stage().lock();
-    const auto visitor = openUnmanaged(client->rect(), 0);
-    expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
-
-    makeHalfOpaque(visitor->window());
-
-    expectSettledGlass(measured(client->rect()), plain(127), halfBlurred);
+    expectWithHalfOpacity(127);
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, TranslucentBeneath,
@@ -774,26 +784,14 @@ INSTANTIATE_TEST_SUITE_P(Desktops, TranslucentBeneath,
 class WouldBeTranslucentBeneath : public TranslucentBeneath {};
 
 TEST_P(WouldBeTranslucentBeneath, ShowsItsColoursWhateverTheAlphaChannelSays) {
-    const auto client = open(stage().secretRect(), 255, 255);
-    add(halfBlurred);
-    stage().lock();
+    const PixelRect beneath = expectWithAlpha(0x80202020, 32);
 
-    openWithAlpha(client->rect(), 0x80202020);
-
-    expectSettledGlass(measured(client->rect()), plain(32), halfBlurred);
-    ASSERT_EQ(stage().desktop().screenshot().at({.x = client->rect().x + 4, .y = overlay_.rect.centre().y}), grey(32));
+    // Beside the overlay the screen shows the same.
+    EXPECT_EQ(stage().desktop().screenshot().at({.x = beneath.x + 4, .y = overlay_.rect.centre().y}), grey(32));
 }
 
 TEST_P(WouldBeTranslucentBeneath, IsSeenThroughTheGlassAsOpaqueAsItIs) {
-    const auto client = open(stage().secretRect(), 255, 255);
-    add(halfBlurred);
-    stage().lock();
-    const auto visitor = openUnmanaged(client->rect(), 0);
-    expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
-
-    makeHalfOpaque(visitor->window());
-
-    expectSettledGlass(measured(client->rect()), plain(0), halfBlurred);
+    expectWithHalfOpacity(0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, WouldBeTranslucentBeneath, testing::Values(DesktopKind::openbox, DesktopKind::xfwm4),

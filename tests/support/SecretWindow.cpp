@@ -17,11 +17,13 @@ constexpr int textPixelsWhenPainted = 3000;
 }  // namespace
 
 SecretWindow::SecretWindow(PrivateDesktop& desktop, PixelPoint place, double scale, Text text) : desktop_(desktop) {
-    // The last command keeps the terminal open without a prompt.
+    // The last command keeps the terminal open without a prompt. Running text goes on when the terminal has answered
+    // where its cursor is (DSR 6): then it has taken in the line.
     const std::string script =
         text == Text::still
             ? "for line in 1 2 3 4 5 6 7 8 9; do echo \"Salary of No. $line: 98,${line}00\"; done; exec cat"
-            : "line=0; while sleep 0.05; do line=$((line + 1)); echo \"Salary of No. $line: 98,${line}00\"; done";
+            : "line=0; while :; do line=$((line % 999 + 1)); echo \"Salary of No. $line: 98,${line}00\"; "
+              "printf '\\033[6n'; read -rs -d R || exit; done";
     process_ = desktop.start({"xterm",
                               "-title",
                               title,
@@ -40,7 +42,7 @@ SecretWindow::SecretWindow(PrivateDesktop& desktop, PixelPoint place, double sca
                               "-geometry",
                               "30x10+" + std::to_string(place.x) + "+" + std::to_string(place.y),
                               "-e",
-                              "sh",
+                              "bash",
                               "-c",
                               script});
     window_ = desktop.windows().awaitClient(title);
