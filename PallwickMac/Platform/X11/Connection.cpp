@@ -67,6 +67,10 @@ Connection::Connection() {
 
 Connection::~Connection() = default;
 
+void Connection::sync() const {
+    xcb_aux_sync(xcb());
+}
+
 void Connection::requireExtensions() {
     for (xcb_extension_t* extension : {&xcb_randr_id, &xcb_shape_id, &xcb_xfixes_id, &xcb_render_id, &xcb_composite_id,
                                        &xcb_damage_id, &xcb_res_id}) {

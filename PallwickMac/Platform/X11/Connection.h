@@ -57,6 +57,9 @@ public:
 
     void flush() const { xcb_flush(xcb()); }
 
+    /// Returns once the server has done what was asked of it through this connection.
+    void sync() const;
+
     /// The server is gone; nothing more will come.
     [[nodiscard]] bool isBroken() const { return xcb_connection_has_error(xcb()) != 0; }
 

@@ -36,18 +36,13 @@ Reply<xcb_generic_event_t> awaitEvent(xcb_connection_t* xcb, std::chrono::millis
     return own(xcb_poll_for_event(xcb));
 }
 
-// Returns once the server has done what was asked of it through this connection.
-void roundTrip(const Connection& connection) {
-    static_cast<void>(own(xcb_get_input_focus_reply(connection.xcb(), xcb_get_input_focus(connection.xcb()), nullptr)));
-}
-
 }  // namespace
 
 StackGuard::StackGuard(const Connection& connection) : connection_(connection) {
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(watcherConnection_.xcb(), watcherConnection_.root(), XCB_CW_EVENT_MASK, &mask);
     // What happens after the object is made is seen.
-    roundTrip(watcherConnection_);
+    watcherConnection_.sync();
     watcher_ = std::thread([this] { watch(); });
 }
 
@@ -191,7 +186,7 @@ void StackGuard::restackAbove(const Connection& connection, xcb_window_t below) 
                              values.data());
     }
     // The server serves two connections in an order of its own: what the other thread asks comes after this.
-    roundTrip(connection);
+    connection.sync();
 }
 
 void StackGuard::restackInOrder() {
@@ -200,7 +195,7 @@ void StackGuard::restackInOrder() {
         xcb_configure_window(connection_.xcb(), panels_[i].window,
                              XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
     }
-    roundTrip(connection_);
+    connection_.sync();
 }
 
 }  // namespace pallwick::x11

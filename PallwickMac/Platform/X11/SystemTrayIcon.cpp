@@ -133,7 +133,7 @@ void SystemTrayIcon::undock() {
         window_ = {};
         colormap_ = {};
         // Whoever shows the icon elsewhere next may do so at once: the server has this behind it.
-        xcb_aux_sync(connection_.xcb());
+        connection_.sync();
     }
 }
 
@@ -218,7 +218,7 @@ void SystemTrayIcon::handlePress(const xcb_button_press_event_t& press) {
     }
     // The press has given the pointer to this connection, and the menu needs it on the toolkit's.
     xcb_ungrab_pointer(connection_.xcb(), XCB_CURRENT_TIME);
-    xcb_aux_sync(connection_.xcb());
+    connection_.sync();
     Q_EMIT menuRequested();
 }
 
