@@ -18,19 +18,25 @@ namespace {
 constexpr std::chrono::seconds settlingTime{2};
 constexpr std::chrono::seconds measuredTime{20};
 
+// What the shell takes for a line, in seconds, beside the pause.
+constexpr double timeToWrite = 0.0012;
+
 // The shell's own waiting, for a key that nobody presses: a program for each pause would take more than the terminal.
-constexpr const char* runningText =
-    "i=0; while :; do printf '%06d  what is written here goes by, line after line after line after line %d\\n' $i "
-    "$((i * 7919)); i=$((i + 1)); read -rst 0.0155; done";
+std::string runningText(int linesASecond) {
+    return "i=0; while :; do printf '%06d  what is written here goes by, line after line after line after line %d\\n' "
+           "$i "
+           "$((i * 7919)); i=$((i + 1)); read -rst " +
+           std::to_string(1.0 / linesASecond - timeToWrite) + "; done";
+}
 
 }  // namespace
 
-GlassScene::GlassScene()
+GlassScene::GlassScene(int linesASecond)
     : desktop_({.windowManager = support::WindowManager::openbox,
                 .server = {.width = 1920, .height = 1080, .arguments = {}},
                 .environment = {}}),
       terminal_(desktop_.start({"xterm", "-T", "Running text", "-fa", "DejaVu Sans Mono", "-fs", "10", "-geometry",
-                                "130x42+40+40", "-e", "bash", "-c", runningText})) {
+                                "130x42+40+40", "-e", "bash", "-c", runningText(linesASecond)})) {
     const support::PixelRect text =
         desktop_.windows().rect(desktop_.windows().awaitClient("Running text")).value_or(support::PixelRect{});
     if (text.intersection(panelRect.inset(-60)) != panelRect.inset(-60)) {

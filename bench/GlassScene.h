@@ -12,14 +12,14 @@ struct Load {
     double picturesASecond = 0;
 };
 
-/// A private desktop (openbox) of 1920x1080 with a terminal through which text runs, some sixty lines a second.
+/// A private desktop (openbox) of 1920x1080 with a terminal through which text runs, line after line.
 class GlassScene {
 public:
     /// Where the terminal's text is, with room to spare, a window may lie.
     static constexpr support::PixelRect panelRect{.x = 130, .y = 130, .width = 720, .height = 400};
 
     /// Returns when the text is running.
-    GlassScene();
+    explicit GlassScene(int linesASecond);
 
     [[nodiscard]] support::PrivateDesktop& desktop() { return desktop_; }
 

@@ -52,5 +52,40 @@ TEST(RateLimit, NeverLetsMoreThanTheBurstThroughAtOnce) {
     EXPECT_EQ(limit.wait(start), milliseconds(8));
 }
 
+TEST(RateLimit, KeepsWhatIsLeftOfABurstAtAnotherPace) {
+    RateLimit limit(milliseconds(8), 4);
+    limit.spend(start);
+    limit.spend(start);
+
+    limit.setInterval(milliseconds(80), start);
+
+    limit.spend(start);
+    EXPECT_EQ(limit.wait(start), milliseconds(0));
+    limit.spend(start);
+    EXPECT_EQ(limit.wait(start), milliseconds(80));
+}
+
+TEST(RateLimit, WaitsForNoLongerThanItsNewPace) {
+    RateLimit limit(milliseconds(80), 1);
+    limit.spend(start);
+
+    limit.setInterval(milliseconds(8), start + milliseconds(40));
+
+    EXPECT_EQ(limit.wait(start + milliseconds(40)), milliseconds(4));
+}
+
+TEST(RateLimit, GivesAWholeBurstAfterAPauseAndAnotherPace) {
+    RateLimit limit(milliseconds(8), 2);
+    limit.spend(start);
+
+    const auto later = start + milliseconds(1000);
+    limit.setInterval(milliseconds(80), later);
+
+    limit.spend(later);
+    EXPECT_EQ(limit.wait(later), milliseconds(0));
+    limit.spend(later);
+    EXPECT_EQ(limit.wait(later), milliseconds(80));
+}
+
 }  // namespace
 }  // namespace pallwick

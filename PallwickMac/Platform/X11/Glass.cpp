@@ -278,7 +278,9 @@ void Glass::drawFrosted(const Whole& whole) {
         enlarge(frosted_, XCB_RENDER_PICT_OP_OVER, mask_.picture(), mixed_);
     }
     if (!plain_.empty()) {
-        enlarge(tinted_, request_.sharp ? XCB_RENDER_PICT_OP_OVER : XCB_RENDER_PICT_OP_SRC, XCB_NONE, plain_);
+        // Over something opaque both operations come to the same, and servers that draw by the processor enlarge in
+        // half of the time for this one.
+        enlarge(tinted_, request_.sharp ? XCB_RENDER_PICT_OP_ATOP : XCB_RENDER_PICT_OP_SRC, XCB_NONE, plain_);
     }
 }
 

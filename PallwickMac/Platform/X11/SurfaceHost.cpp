@@ -11,9 +11,7 @@ namespace {
 // One frame at 60 Hz.
 constexpr std::chrono::milliseconds shortestFrame{16};
 
-// What changes without end, a film or a log, is followed at 30 Hz after half a second: through frosted glass nobody
-// sees the difference, and it is half of the work.
-constexpr std::chrono::microseconds lastingFrame{33'333};
+// What is painted for longer than that without a pause, a film or a log, is followed within a budget.
 constexpr int framesOfABurst = 15;
 
 // Nobody sees the colours of a rim a pixel wide change later than that.
@@ -38,8 +36,8 @@ SurfaceHost::SurfaceHost(const Connection& connection, const PixelMapping& mappi
       cursors_(connection),
       windowLayers_(connection),
       backdropCapture_(connection, windowLayers_),
-      lastingRate_(lastingFrame, framesOfABurst),
-      frameInterval_(shortestFrame) {
+      frameInterval_(shortestFrame),
+      paintRate_(frameBudget_.interval(), framesOfABurst) {
     // A connection has one mask for each window: children for the layers, the root's own shape and properties for the
     // platform.
     const std::uint32_t mask =
@@ -130,8 +128,9 @@ void SurfaceHost::updateBackdropTracking() {
 
 void SurfaceHost::panelChanged(const X11OverlaySurface& panel, const PixelRect& area) {
     for (X11OverlaySurface* surface : surfaces_) {
-        if (surface != &panel && surface->noteChangeBeneath(panel.window(), area)) {
-            requestFrame(intervalFor(*surface));
+        // A panel above one that is being rendered has its turn in the same frame.
+        if (surface != &panel && surface->noteChangeBeneath(panel.window(), area) && !isRendering_) {
+            requestFrame(lastFrameAt_ + frameInterval_);
         }
     }
 }
@@ -141,7 +140,8 @@ void SurfaceHost::handleBackdropChange(const xcb_generic_event_t& event) {
     if (change.structure) {
         // A raised window is above the panels for a moment: a picture of what lies beneath would be the wrong one, and
         // making it would keep the server from serving the stack guard.
-        requestFrame(frameInterval_, stackingTime);
+        stackedAt_ = Clock::now() + stackingTime;
+        requestFrame(lastFrameAt_ + frameInterval_);
     }
     if (change.damaged == XCB_WINDOW_NONE) {
         return;
@@ -149,44 +149,60 @@ void SurfaceHost::handleBackdropChange(const xcb_generic_event_t& event) {
     for (X11OverlaySurface* surface : surfaces_) {
         if (surface->noteChangeBeneath(change.damaged, change.area)) {
             damagedWindows_.push_back(change.damaged);
-            requestFrame(intervalFor(*surface));
+            requestFrame(dueForPaint(*surface));
         }
     }
 }
 
-std::chrono::milliseconds SurfaceHost::intervalFor(const X11OverlaySurface& surface) const {
-    return surface.showsOnlyItsRim() ? std::max(rimFrame, frameInterval_) : frameInterval_;
+SurfaceHost::Clock::time_point SurfaceHost::dueForPaint(const X11OverlaySurface& surface) const {
+    const Clock::time_point now = Clock::now();
+    const Clock::duration interval =
+        surface.showsOnlyItsRim() ? std::max<Clock::duration>(rimFrame, frameInterval_) : frameInterval_;
+    return std::max(lastFrameAt_ + interval, now + paintRate_.wait(now));
 }
 
-void SurfaceHost::requestFrame(std::chrono::milliseconds interval, std::chrono::milliseconds delay) {
+void SurfaceHost::requestFrame(Clock::time_point due) {
     // The first change after a pause is answered as soon as the events at hand are read.
-    const std::chrono::milliseconds elapsed(sinceFrame_.isValid() ? sinceFrame_.elapsed() : interval.count());
-    const auto pause = std::chrono::ceil<std::chrono::milliseconds>(lastingRate_.wait(RateLimit::Clock::now()));
-    const std::chrono::milliseconds wait = std::max({interval - elapsed, delay, pause});
-    if (!nextFrame_.isActive() || (isFrameForRims_ && wait < nextFrame_.remainingTimeAsDuration())) {
-        isFrameForRims_ = interval > frameInterval_;
-        nextFrame_.start(wait);
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point at = std::max({due, stackedAt_, now});
+    if (!nextFrame_.isActive() || at < nextFrameAt_) {
+        nextFrameAt_ = at;
+        nextFrame_.start(std::chrono::ceil<std::chrono::milliseconds>(at - now));
     }
 }
 
 void SurfaceHost::renderFrame() {
-    QElapsedTimer cost;
-    cost.start();
-    sinceFrame_.start();
-    lastingRate_.spend(RateLimit::Clock::now());
+    lastFrameAt_ = Clock::now();
+    const bool isPainted = !damagedWindows_.empty();
     // Acknowledged before it is captured: what changes from now on is told again.
     for (const xcb_window_t window : std::exchange(damagedWindows_, {})) {
         windowLayers_.acknowledgeDamage(window);
     }
+    isRendering_ = true;
+    bool isDrawn = false;
     // From the bottom up, so that a panel shows the new picture of the panels beneath it in the same frame.
     for (const xcb_window_t window : stackGuard_.panels()) {
         if (X11OverlaySurface* surface = surfaceOf(window)) {
-            surface->updateBackdrop();
+            isDrawn = surface->updateBackdrop() || isDrawn;
         }
     }
-    connection_.flush();
+    isRendering_ = false;
+    if (!isDrawn) {
+        connection_.flush();
+        return;
+    }
+    // Most of the cost is the server's.
+    connection_.sync();
+    const Clock::time_point end = Clock::now();
+    const Clock::duration cost = end - lastFrameAt_;
+    // A window that moves is followed at any rate; what it paints meanwhile comes along for nothing.
+    if (isPainted && paintRate_.wait(lastFrameAt_) == Clock::duration::zero()) {
+        paintRate_.spend(lastFrameAt_);
+    }
+    frameBudget_.note(cost);
+    paintRate_.setInterval(frameBudget_.interval(), end);
     // Many panels over a film may take longer than a frame; half of the time is left for everything else.
-    frameInterval_ = std::max(shortestFrame, std::chrono::milliseconds(2 * cost.elapsed()));
+    frameInterval_ = std::max<Clock::duration>(shortestFrame, 2 * cost);
 }
 
 X11OverlaySurface* SurfaceHost::surfaceOf(xcb_window_t window) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <PallwickMac/Platform/FrameBudget.h>
 #include <PallwickMac/Platform/RateLimit.h>
 #include <PallwickMac/Platform/X11/BackdropCapture.h>
 #include <PallwickMac/Platform/X11/Connection.h>
@@ -9,7 +10,6 @@
 #include <PallwickMac/Platform/X11/SurfaceWindowPool.h>
 #include <PallwickMac/Platform/X11/WindowLayers.h>
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -71,6 +71,8 @@ public:
     void deliverMotion();
 
 private:
+    using Clock = RateLimit::Clock;
+
     [[nodiscard]] X11OverlaySurface* surfaceOf(xcb_window_t window) const;
     /// The surface that a pointer event about `window` was meant for when it happened, `sequence` requests into the
     /// connection. None if the window has shown another surface by then.
@@ -78,10 +80,10 @@ private:
     void commit();
     void trustCompositing(bool trusted);
     void handleBackdropChange(const xcb_generic_event_t& event);
-    /// A frame no sooner than `delay` from now, and `interval` after the last one unless another request is in more of
-    /// a hurry.
-    void requestFrame(std::chrono::milliseconds interval, std::chrono::milliseconds delay = {});
-    [[nodiscard]] std::chrono::milliseconds intervalFor(const X11OverlaySurface& surface) const;
+    /// A frame at `due`, or as soon after that as there may be one.
+    void requestFrame(Clock::time_point due);
+    /// When a picture of what has been painted beneath a surface is due.
+    [[nodiscard]] Clock::time_point dueForPaint(const X11OverlaySurface& surface) const;
     void renderFrame();
 
     const Connection& connection_;
@@ -95,13 +97,16 @@ private:
     WindowLayers windowLayers_;
     BackdropCapture backdropCapture_;
     QTimer nextFrame_;
-    /// Nobody waits for the next frame but surfaces that show no more than their rims.
-    bool isFrameForRims_ = false;
-    QElapsedTimer sinceFrame_;
-    /// How many frames a second there are in the long run.
-    RateLimit lastingRate_;
+    Clock::time_point nextFrameAt_;
+    Clock::time_point lastFrameAt_;
+    /// Before that, a window that was just raised may still be above the panels.
+    Clock::time_point stackedAt_;
+    bool isRendering_ = false;
     /// What the last frame leaves room for.
-    std::chrono::milliseconds frameInterval_;
+    Clock::duration frameInterval_;
+    FrameBudget frameBudget_;
+    /// How often what is painted beneath the surfaces is shown in the long run; the budget says that.
+    RateLimit paintRate_;
     /// Windows whose damage some surface waits to show.
     std::vector<xcb_window_t> damagedWindows_;
     std::vector<X11OverlaySurface*> surfaces_;

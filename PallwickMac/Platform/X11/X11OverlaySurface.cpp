@@ -174,11 +174,13 @@ bool X11OverlaySurface::noteChangeBeneath(xcb_window_t window, const PixelRect& 
     return true;
 }
 
-void X11OverlaySurface::updateBackdrop() {
-    if (needsBackdrop() && (backdropOutdated_ || !capturedFor_ || glass_.isOutdated())) {
-        backdropOutdated_ = true;
-        display(placement());
+bool X11OverlaySurface::updateBackdrop() {
+    if (!needsBackdrop() || (!backdropOutdated_ && capturedFor_ && !glass_.isOutdated())) {
+        return false;
     }
+    backdropOutdated_ = true;
+    display(placement());
+    return true;
 }
 
 void X11OverlaySurface::forgetBackdrop() {

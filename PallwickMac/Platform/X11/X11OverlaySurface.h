@@ -56,8 +56,8 @@ public:
     [[nodiscard]] bool showsOnlyItsRim() const { return glass_.showsOnlyItsRim(); }
     /// That window's pixels have changed in `area` (root pixels). True if the backdrop is out of date for that.
     [[nodiscard]] bool noteChangeBeneath(xcb_window_t window, const PixelRect& area);
-    /// Captures again if what lies beneath has changed.
-    void updateBackdrop();
+    /// Captures again if what lies beneath has changed; whether it has.
+    bool updateBackdrop();
 
     void handlePress(const xcb_button_press_event_t& event);
     void handleRelease(const xcb_button_release_event_t& event);
