@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -76,12 +77,7 @@ private:
     xcb_connection_t* connection_;
 };
 
-}  // namespace
-
-}  // namespace pallwick
-
-int main() {
-    using namespace pallwick;
+void run() {
     PrivateDesktop desktop({.windowManager = support::WindowManager::openbox, .server = {}, .environment = {}});
     support::Program program(desktop);
     program.awaitMainWindow();
@@ -123,5 +119,18 @@ int main() {
                 quantile(roundTrips, 0.99), quantile(roundTrips, 1));
     std::printf("| a raised window above an overlay | %.0f us | %.0f us | %.0f us | %.1f |\n", quantile(exposures, 0.5),
                 quantile(exposures, 0.99), quantile(exposures, 1), quantile(exposures, 0.5) / limit);
-    return 0;
+}
+
+}  // namespace
+
+}  // namespace pallwick
+
+int main() {
+    try {
+        pallwick::run();
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
 }
