@@ -9,7 +9,7 @@ RateLimit::Clock::duration RateLimit::wait(Clock::time_point now) const {
 }
 
 void RateLimit::spend(Clock::time_point now) {
-    due_ = std::max(due_, now) + interval_;
+    due_ = std::min(std::max(due_, now) + interval_, now + interval_ * burst_);
 }
 
 void RateLimit::setInterval(Clock::duration interval, Clock::time_point now) {

@@ -16,7 +16,8 @@ public:
     /// How long after `now` the next action may be done; zero for at once.
     [[nodiscard]] Clock::duration wait(Clock::time_point now) const;
 
-    /// An action is done at `now`, after `wait(now)` was zero.
+    /// An action is done at `now`. One that did not wait leaves no debt: the next one waits for an interval at the
+    /// most.
     void spend(Clock::time_point now);
 
     /// Another pace from `now` on. As many actions of the burst are left as before.

@@ -52,6 +52,15 @@ TEST(RateLimit, NeverLetsMoreThanTheBurstThroughAtOnce) {
     EXPECT_EQ(limit.wait(start), milliseconds(8));
 }
 
+TEST(RateLimit, MakesNobodyWaitLongerForActionsThatDidNotWait) {
+    RateLimit limit(milliseconds(8), 2);
+    for (int i = 0; i < 10; ++i) {
+        limit.spend(start);
+    }
+
+    EXPECT_EQ(limit.wait(start), milliseconds(8));
+}
+
 TEST(RateLimit, KeepsWhatIsLeftOfABurstAtAnotherPace) {
     RateLimit limit(milliseconds(8), 4);
     limit.spend(start);

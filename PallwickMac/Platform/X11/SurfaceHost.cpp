@@ -195,8 +195,7 @@ void SurfaceHost::renderFrame() {
     connection_.sync();
     const Clock::time_point end = Clock::now();
     const Clock::duration cost = end - lastFrameAt_;
-    // A window that moves is followed at any rate; what it paints meanwhile comes along for nothing.
-    if (isPainted && paintRate_.wait(lastFrameAt_) == Clock::duration::zero()) {
+    if (isPainted) {
         paintRate_.spend(lastFrameAt_);
     }
     frameBudget_.note(cost);
