@@ -21,8 +21,10 @@ constexpr int remembered = 8;
 }  // namespace
 
 void FrameBudget::note(Duration cost) {
-    const Duration mean = cost_.value_or(cost);
-    cost_ = mean + (cost - mean) / remembered;
+    // What is above that makes no difference now, and would for seconds to come.
+    const Duration counted = std::min(cost, Duration(longestInterval) / share);
+    const Duration mean = cost_.value_or(counted);
+    cost_ = mean + (counted - mean) / remembered;
 }
 
 FrameBudget::Duration FrameBudget::interval() const {

@@ -10,7 +10,7 @@ class RateLimit {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `burst` is 1 or more.
+    /// `interval` is more than zero, `burst` 1 or more.
     RateLimit(Clock::duration interval, int burst) : interval_(interval), burst_(burst) {}
 
     /// How long after `now` the next action may be done; zero for at once.
@@ -20,7 +20,7 @@ public:
     /// most.
     void spend(Clock::time_point now);
 
-    /// Another pace from `now` on. As many actions of the burst are left as before.
+    /// Another pace from `now` on, more than zero. As many actions of the burst are left as before.
     void setInterval(Clock::duration interval, Clock::time_point now);
 
 private:

@@ -36,9 +36,9 @@ TEST(FrameBudget, DrawsFiveFramesASecondHoweverDearTheyAre) {
 TEST(FrameBudget, TakesLittleNoticeOfOneFrameThatWasInterrupted) {
     FrameBudget budget = afterFramesOf(milliseconds(1), 10);
 
-    budget.note(milliseconds(9));
+    budget.note(milliseconds(2000));
 
-    EXPECT_EQ(budget.interval(), milliseconds(128));
+    EXPECT_LT(budget.interval(), milliseconds(82));
 }
 
 TEST(FrameBudget, FollowsAChangeThatLasts) {

@@ -61,13 +61,13 @@ protected:
     [[nodiscard]] WindowLayers& layers() { return *layers_; }
 
     /// Lives as long as the server.
-    xcb_pixmap_t makePixmap(const PixelImage& image) {
+    xcb_pixmap_t makePixmap(const PixelImage& image, std::uint8_t depth = 24) {
         xcb_connection_t* xcb = connection_->xcb();
         const xcb_pixmap_t pixmap = xcb_generate_id(xcb);
-        xcb_create_pixmap(xcb, 24, pixmap, connection_->root(), static_cast<std::uint16_t>(image.width),
+        xcb_create_pixmap(xcb, depth, pixmap, connection_->root(), static_cast<std::uint16_t>(image.width),
                           static_cast<std::uint16_t>(image.height));
-        putImage(xcb, pixmap, 24, image.width, image.height, reinterpret_cast<const std::uint8_t*>(image.pixels.data()),
-                 4 * image.width);
+        putImage(xcb, pixmap, depth, image.width, image.height,
+                 reinterpret_cast<const std::uint8_t*>(image.pixels.data()), 4 * image.width);
         return pixmap;
     }
 
@@ -89,6 +89,22 @@ protected:
                           static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
                           static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                           XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
+        xcb_map_window(xcb, window);
+        awaitStranger();
+        return window;
+    }
+
+    /// A window of another program, as large as the root and above everything, whose pixels have an alpha channel.
+    xcb_window_t openWithAlpha() {
+        if (!stranger_) {
+            stranger_ = std::make_unique<Connection>();
+        }
+        xcb_connection_t* xcb = stranger_->xcb();
+        const xcb_window_t window = xcb_generate_id(xcb);
+        const std::array<std::uint32_t, 3> values{0, 0, stranger_->argbColormap()};
+        xcb_create_window(xcb, 32, window, stranger_->root(), 0, 0, rootArea.width, rootArea.height, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, stranger_->argbVisual(),
+                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values.data());
         xcb_map_window(xcb, window);
         awaitStranger();
         return window;
@@ -159,8 +175,10 @@ private:
     std::unique_ptr<SurfaceWindow> panel_;
 };
 
+enum class Beneath { ground, window, windowWithAlpha };
+
 /// A panel with rounded corners, a border and a control, as a person edits it.
-class DrawnGlass : public GlassTest, public testing::WithParamInterface<bool> {
+class DrawnGlass : public GlassTest, public testing::WithParamInterface<Beneath> {
 protected:
     static constexpr PixelRect area{.x = 101, .y = 83, .width = 150, .height = 97};
 
@@ -189,15 +207,21 @@ protected:
     }
 
     void layDown(const PixelImage& image) {
-        if (GetParam()) {
-            const xcb_pixmap_t picture = makePixmap(image);
-            const xcb_window_t window = openAbove(0, false);
-            xcb_change_window_attributes(connection().xcb(), window, XCB_CW_BACK_PIXMAP, &picture);
-            xcb_clear_area(connection().xcb(), 0, window, 0, 0, 0, 0);
-            connection().flush();
-        } else {
+        if (GetParam() == Beneath::ground) {
             setGround(image);
+            return;
         }
+        const bool alpha = GetParam() == Beneath::windowWithAlpha;
+        PixelImage pixels = image;
+        // As a program leaves it that draws without a thought of it.
+        for (std::uint32_t& pixel : pixels.pixels) {
+            pixel &= 0x00FFFFFFU;
+        }
+        const xcb_pixmap_t picture = makePixmap(pixels, alpha ? 32 : 24);
+        const xcb_window_t window = alpha ? openWithAlpha() : openAbove(0, false);
+        xcb_change_window_attributes(connection().xcb(), window, XCB_CW_BACK_PIXMAP, &picture);
+        xcb_clear_area(connection().xcb(), 0, window, 0, 0, 0, 0);
+        connection().flush();
     }
 
     PixelImage composed() { return read(glass().compose(), area.width, area.height); }
@@ -293,9 +317,17 @@ TEST_P(DrawnGlass, FollowsAnotherPictureBeneath) {
     expectComposed(now, beneath, frosted(area, 20), true);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beneath, DrawnGlass, testing::Bool(), [](const testing::TestParamInfo<bool>& instance) {
-    return std::string(instance.param ? "oneWindow" : "theGround");
-});
+INSTANTIATE_TEST_SUITE_P(Over, DrawnGlass, testing::Values(Beneath::ground, Beneath::window, Beneath::windowWithAlpha),
+                         [](const testing::TestParamInfo<Beneath>& instance) {
+                             switch (instance.param) {
+                                 case Beneath::ground:
+                                     return "theGround";
+                                 case Beneath::window:
+                                     return "oneWindow";
+                                 default:
+                                     return "oneWindowWithAlpha";
+                             }
+                         });
 
 class HiddenBeneath : public GlassTest {
 protected:

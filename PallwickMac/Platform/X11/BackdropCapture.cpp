@@ -62,7 +62,8 @@ std::optional<BackdropCapture::Source> BackdropCapture::onlySource(const Content
     }
     std::vector<WindowLayer>& layers = layers_.layers();
     const auto layer = std::ranges::find(layers, contents.windows.front().window, &WindowLayer::window);
-    if (layer == layers.end()) {
+    // Without a compositing manager an alpha channel counts for nothing and may hold anything; it must not get on.
+    if (layer == layers.end() || layer->format != layers_.formats().rgb24()) {
         return std::nullopt;
     }
     std::shared_ptr<const WindowPixels> pixels = layers_.pixelsOf(*layer);

@@ -50,8 +50,8 @@ public:
         PixelPoint origin;
     };
 
-    /// The pixels of the one window that `contents` are made of; none where it takes more than one. Whoever reads them
-    /// leaves their picture without a transformation.
+    /// The pixels of the one window that `contents` are made of, without an alpha channel; none where it takes more
+    /// than one, or its pixels have such a channel. Whoever reads them leaves their picture without a transformation.
     [[nodiscard]] std::optional<Source> onlySource(const Contents& contents, const PixelRect& area);
 
     /// Draws `contents` into `target`, whose top-left corner is that of `area`.

@@ -173,6 +173,9 @@ void SurfaceHost::requestFrame(Clock::time_point due) {
 
 void SurfaceHost::renderFrame() {
     lastFrameAt_ = Clock::now();
+    // What it takes to ask which windows there are is no part of a picture's cost.
+    static_cast<void>(windowLayers_.layers());
+    const Clock::time_point begun = Clock::now();
     const bool isPainted = !damagedWindows_.empty();
     // Acknowledged before it is captured: what changes from now on is told again.
     for (const xcb_window_t window : std::exchange(damagedWindows_, {})) {
@@ -187,21 +190,26 @@ void SurfaceHost::renderFrame() {
         }
     }
     isRendering_ = false;
-    if (!isDrawn) {
+    if (isDrawn) {
+        // Most of the cost is the server's.
+        connection_.sync();
+    } else {
         connection_.flush();
-        return;
     }
-    // Most of the cost is the server's.
-    connection_.sync();
     const Clock::time_point end = Clock::now();
-    const Clock::duration cost = end - lastFrameAt_;
-    if (isPainted) {
-        paintRate_.spend(lastFrameAt_);
+    if (isDrawn) {
+        if (isPainted) {
+            paintRate_.spend(begun);
+        }
+        frameBudget_.note(end - begun);
+        paintRate_.setInterval(frameBudget_.interval(), end);
     }
-    frameBudget_.note(cost);
-    paintRate_.setInterval(frameBudget_.interval(), end);
     // Many panels over a film may take longer than a frame; half of the time is left for everything else.
-    frameInterval_ = std::max<Clock::duration>(shortestFrame, 2 * cost);
+    frameInterval_ = std::max<Clock::duration>(shortestFrame, 2 * (end - lastFrameAt_));
+    // Where somebody else has restacked the panels, one may have had its turn before one that lies beneath it now.
+    if (std::ranges::any_of(surfaces_, &X11OverlaySurface::isBackdropOutdated)) {
+        requestFrame(lastFrameAt_ + frameInterval_);
+    }
 }
 
 X11OverlaySurface* SurfaceHost::surfaceOf(xcb_window_t window) const {

@@ -80,7 +80,7 @@ private:
     void commit();
     void trustCompositing(bool trusted);
     void handleBackdropChange(const xcb_generic_event_t& event);
-    /// A frame at `due`, or as soon after that as there may be one.
+    /// A frame by `due`, or as soon after that as there may be one.
     void requestFrame(Clock::time_point due);
     /// When a picture of what has been painted beneath a surface is due.
     [[nodiscard]] Clock::time_point dueForPaint(const X11OverlaySurface& surface) const;

@@ -126,26 +126,28 @@ WindowLayers::Change WindowLayers::handle(const xcb_generic_event_t& event) {
         return {.structure = changed};
     }
     // Sequence numbers wrap around; their difference does not mind.
-    if (static_cast<std::int32_t>(event.full_sequence - refreshedAt_) < 0) {
-        return {};
-    }
+    const bool isKnown = static_cast<std::int32_t>(event.full_sequence - refreshedAt_) < 0;
     switch (type) {
         case XCB_CONFIGURE_NOTIFY:
-            handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
+            if (!isKnown) {
+                handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
+            }
+            // The pictures may be older than the layers.
             return {.structure = true};
         case XCB_MAP_NOTIFY:
         case XCB_UNMAP_NOTIFY:
             // The pixels of a window that was unmapped are gone, and its next ones are others.
-            if (WindowLayer* layer = find(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window)) {
+            if (WindowLayer* layer = find(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window);
+                layer != nullptr && !isKnown) {
                 forgetPixels(*layer);
             }
-            stale_ = true;
+            stale_ = stale_ || !isKnown;
             return {.structure = true};
         case XCB_CREATE_NOTIFY:
         case XCB_DESTROY_NOTIFY:
         case XCB_REPARENT_NOTIFY:
         case XCB_CIRCULATE_NOTIFY:
-            stale_ = true;
+            stale_ = stale_ || !isKnown;
             return {.structure = true};
         default:
             return {};

@@ -56,7 +56,9 @@ public:
     [[nodiscard]] bool showsOnlyItsRim() const { return glass_.showsOnlyItsRim(); }
     /// That window's pixels have changed in `area` (root pixels). True if the backdrop is out of date for that.
     [[nodiscard]] bool noteChangeBeneath(xcb_window_t window, const PixelRect& area);
-    /// Captures again if what lies beneath has changed; whether it has.
+    /// What lies beneath has changed since it was captured last, or was never captured.
+    [[nodiscard]] bool isBackdropOutdated() const { return needsBackdrop() && backdropOutdated_; }
+    /// Captures again if what lies beneath has changed, or could not be captured. Whether the panel was drawn anew.
     bool updateBackdrop();
 
     void handlePress(const xcb_button_press_event_t& event);
