@@ -79,35 +79,19 @@ protected:
 
     /// A plain window of another program above everything. It lives as long as the server, or until it is closed.
     xcb_window_t openAbove(std::uint32_t colour, bool overrideRedirect, const PixelRect& area = rootArea) {
-        if (!stranger_) {
-            stranger_ = std::make_unique<Connection>();
-        }
-        xcb_connection_t* xcb = stranger_->xcb();
-        const xcb_window_t window = xcb_generate_id(xcb);
-        const std::array<std::uint32_t, 2> values{colour, overrideRedirect ? 1U : 0U};
-        xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, stranger_->root(), static_cast<std::int16_t>(area.x),
-                          static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
-                          static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                          XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
-        xcb_map_window(xcb, window);
-        awaitStranger();
-        return window;
+        xcb_create_window_value_list_t attributes{};
+        attributes.background_pixel = colour;
+        attributes.override_redirect = overrideRedirect ? 1U : 0U;
+        return open(area, XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT,
+                    attributes);
     }
 
     /// A window of another program, as large as the root and above everything, whose pixels have an alpha channel.
     xcb_window_t openWithAlpha() {
-        if (!stranger_) {
-            stranger_ = std::make_unique<Connection>();
-        }
-        xcb_connection_t* xcb = stranger_->xcb();
-        const xcb_window_t window = xcb_generate_id(xcb);
-        const std::array<std::uint32_t, 3> values{0, 0, stranger_->argbColormap()};
-        xcb_create_window(xcb, 32, window, stranger_->root(), 0, 0, rootArea.width, rootArea.height, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, stranger_->argbVisual(),
-                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values.data());
-        xcb_map_window(xcb, window);
-        awaitStranger();
-        return window;
+        xcb_create_window_value_list_t attributes{};
+        attributes.colormap = stranger().argbColormap();
+        return open(rootArea, 32, stranger().argbVisual(), XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP,
+                    attributes);
     }
 
     void close(xcb_window_t window) {
@@ -140,13 +124,15 @@ protected:
         return read(glass_->compose(), area.width, area.height);
     }
 
-    /// What the server has told of the windows so far.
-    void handleEvents() {
+    /// What the server has told of the windows so far. Whether a panel may look different for it.
+    bool handleEvents() {
+        bool structure = false;
         const auto done =
             own(xcb_get_input_focus_reply(connection_->xcb(), xcb_get_input_focus(connection_->xcb()), nullptr));
         while (const auto event = own(xcb_poll_for_event(connection_->xcb()))) {
-            static_cast<void>(layers_->handle(*event));
+            structure = layers_->handle(*event).structure || structure;
         }
+        return structure;
     }
 
     PixelImage read(xcb_pixmap_t pixmap, int width, int height) {
@@ -161,6 +147,26 @@ protected:
     }
 
 private:
+    Connection& stranger() {
+        if (!stranger_) {
+            stranger_ = std::make_unique<Connection>();
+        }
+        return *stranger_;
+    }
+
+    xcb_window_t open(const PixelRect& area, std::uint8_t depth, xcb_visualid_t visual, std::uint32_t mask,
+                      const xcb_create_window_value_list_t& attributes) {
+        xcb_connection_t* xcb = stranger().xcb();
+        const xcb_window_t window = xcb_generate_id(xcb);
+        xcb_create_window_aux(xcb, depth, window, stranger().root(), static_cast<std::int16_t>(area.x),
+                              static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                              static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual, mask,
+                              &attributes);
+        xcb_map_window(xcb, window);
+        awaitStranger();
+        return window;
+    }
+
     void awaitStranger() {
         const auto done =
             own(xcb_get_input_focus_reply(stranger_->xcb(), xcb_get_input_focus(stranger_->xcb()), nullptr));
@@ -174,6 +180,15 @@ private:
     std::unique_ptr<Glass> glass_;
     std::unique_ptr<SurfaceWindow> panel_;
 };
+
+TEST_F(GlassTest, MayBeOlderThanWhatTheLayersKnowWhenTheyAreToldAgain) {
+    static_cast<void>(layers().layers());
+    handleEvents();
+    const xcb_window_t window = openAbove(0, false);
+    static_cast<void>(layers().layersWith(window));
+
+    EXPECT_TRUE(handleEvents());
+}
 
 enum class Beneath { ground, window, windowWithAlpha };
 

@@ -8,20 +8,23 @@ using std::chrono::milliseconds;
 
 constexpr RateLimit::Clock::time_point start{std::chrono::hours(1)};
 
-TEST(RateLimit, LetsABurstThroughAtOnce) {
-    RateLimit limit(milliseconds(8), 3);
+/// One action in eight milliseconds, after so many at once at `start`.
+RateLimit afterActions(int count, int burst) {
+    RateLimit limit(milliseconds(8), burst);
+    for (int i = 0; i < count; ++i) {
+        limit.spend(start);
+    }
+    return limit;
+}
 
-    limit.spend(start);
-    limit.spend(start);
+TEST(RateLimit, LetsABurstThroughAtOnce) {
+    const RateLimit limit = afterActions(2, 3);
 
     EXPECT_EQ(limit.wait(start), milliseconds(0));
 }
 
 TEST(RateLimit, LetsOneThroughInEveryIntervalAfterABurst) {
-    RateLimit limit(milliseconds(8), 3);
-    limit.spend(start);
-    limit.spend(start);
-    limit.spend(start);
+    RateLimit limit = afterActions(3, 3);
 
     EXPECT_EQ(limit.wait(start), milliseconds(8));
     EXPECT_EQ(limit.wait(start + milliseconds(5)), milliseconds(3));
@@ -32,9 +35,7 @@ TEST(RateLimit, LetsOneThroughInEveryIntervalAfterABurst) {
 }
 
 TEST(RateLimit, GivesTheBurstBackAfterAPause) {
-    RateLimit limit(milliseconds(8), 2);
-    limit.spend(start);
-    limit.spend(start);
+    RateLimit limit = afterActions(2, 2);
 
     const auto later = start + milliseconds(1000);
     limit.spend(later);
@@ -45,26 +46,19 @@ TEST(RateLimit, GivesTheBurstBackAfterAPause) {
 }
 
 TEST(RateLimit, NeverLetsMoreThanTheBurstThroughAtOnce) {
-    RateLimit limit(milliseconds(8), 1);
-
-    limit.spend(start);
+    const RateLimit limit = afterActions(1, 1);
 
     EXPECT_EQ(limit.wait(start), milliseconds(8));
 }
 
 TEST(RateLimit, MakesNobodyWaitLongerForActionsThatDidNotWait) {
-    RateLimit limit(milliseconds(8), 2);
-    for (int i = 0; i < 10; ++i) {
-        limit.spend(start);
-    }
+    const RateLimit limit = afterActions(10, 2);
 
     EXPECT_EQ(limit.wait(start), milliseconds(8));
 }
 
 TEST(RateLimit, KeepsWhatIsLeftOfABurstAtAnotherPace) {
-    RateLimit limit(milliseconds(8), 4);
-    limit.spend(start);
-    limit.spend(start);
+    RateLimit limit = afterActions(2, 4);
 
     limit.setInterval(milliseconds(80), start);
 
@@ -84,8 +78,7 @@ TEST(RateLimit, WaitsForNoLongerThanItsNewPace) {
 }
 
 TEST(RateLimit, GivesAWholeBurstAfterAPauseAndAnotherPace) {
-    RateLimit limit(milliseconds(8), 2);
-    limit.spend(start);
+    RateLimit limit = afterActions(1, 2);
 
     const auto later = start + milliseconds(1000);
     limit.setInterval(milliseconds(80), later);

@@ -278,8 +278,8 @@ void Glass::drawFrosted(const Whole& whole) {
         enlarge(frosted_, XCB_RENDER_PICT_OP_OVER, mask_.picture(), mixed_);
     }
     if (!plain_.empty()) {
-        // Over something opaque both operations come to the same, and servers that draw by the processor enlarge in
-        // half of the time for this one.
+        // Over something opaque "over" would come to the same, and takes servers that draw by the processor half as
+        // long again.
         enlarge(tinted_, request_.sharp ? XCB_RENDER_PICT_OP_ATOP : XCB_RENDER_PICT_OP_SRC, XCB_NONE, plain_);
     }
 }
